@@ -1,0 +1,175 @@
+#include "control/VelmoraControl.h"
+
+#include "control/VelmoraControl_p.h"
+#include "qt/QtForm.h"
+#include "qt/QtPicture.h"
+
+#include <QEvent>
+#include <QMainWindow>
+#include <QMessageBox>
+
+using velmora::HostObjectPtr;
+using velmora::qt::QtPicture;
+
+VelmoraControlPrivate::VelmoraControlPrivate(VelmoraControl *owner)
+    : q(owner)
+{
+    engine.events.resizeStarted = [this] { Q_EMIT q->ResizeStarted(); };
+    engine.events.resizeDone = [this] { Q_EMIT q->ResizeDone(); };
+    engine.events.error = [this](const std::string &description, const velmora::HostError &error) {
+        Q_EMIT q->Error(QString::fromStdString(description), QString::fromStdString(error.description));
+    };
+    QObject::connect(&driver, &velmora::FormDriver::trappedError, q, [owner](const QString &text) {
+        QMessageBox::critical(owner->window(), QString(), text);
+    });
+}
+
+QWidget *VelmoraControlPrivate::formFor(QWidget *parent)
+{
+    // Placed on a main window itself rather than on its central widget.
+    if (auto *main = qobject_cast<QMainWindow *>(parent))
+        return main->centralWidget() ? main->centralWidget() : main;
+    return parent;
+}
+
+void VelmoraControlPrivate::rebind()
+{
+    driver.bind(formFor(q->parentWidget()));
+}
+
+HostObjectPtr VelmoraControlPrivate::hostFor(QWidget *w) const
+{
+    const auto &form = driver.hostForm();
+    if (!form || !w)
+        return nullptr;
+    if (form->isFormWidget(w))
+        return form;
+    return form->adapterFor(w);
+}
+
+QPixmap VelmoraControlPrivate::pixmapOf(const HostObjectPtr &picture) const
+{
+    QPixmap pm;
+    QtPicture::fromValue(velmora::Value(picture), pm);
+    return pm;
+}
+
+VelmoraControl::VelmoraControl(QWidget *parent)
+    : QWidget(parent)
+    , d(std::make_unique<VelmoraControlPrivate>(this))
+{
+    setObjectName(QStringLiteral("VelmoraControl"));
+    setFixedSize(32, 32);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    QWidget::setVisible(false);
+    d->rebind();
+}
+
+VelmoraControl::~VelmoraControl()
+{
+    d->driver.bind(nullptr);
+}
+
+bool VelmoraControl::event(QEvent *event)
+{
+    if (event->type() == QEvent::ParentChange)
+        d->rebind();
+    return QWidget::event(event);
+}
+
+void VelmoraControl::setVisible(bool)
+{
+    // Nothing to show at run time.
+    QWidget::setVisible(false);
+}
+
+bool VelmoraControl::ScaleControls() const { return d->driver.ScaleControls; }
+void VelmoraControl::setScaleControls(bool on) { d->driver.ScaleControls = on; }
+bool VelmoraControl::ScaleFonts() const { return d->engine.ScaleFonts; }
+void VelmoraControl::setScaleFonts(bool on) { d->engine.ScaleFonts = on; }
+bool VelmoraControl::ScaleBorders() const { return d->engine.ScaleBorders; }
+void VelmoraControl::setScaleBorders(bool on) { d->engine.ScaleBorders = on; }
+bool VelmoraControl::ScaleGraphics() const { return d->engine.ScaleGraphics; }
+void VelmoraControl::setScaleGraphics(bool on) { d->engine.ScaleGraphics = on; }
+bool VelmoraControl::ResizeOnMouseUp() const { return d->driver.ResizeOnMouseUp; }
+void VelmoraControl::setResizeOnMouseUp(bool on) { d->driver.ResizeOnMouseUp = on; }
+bool VelmoraControl::GradientFill() const { return d->engine.GradientFill; }
+void VelmoraControl::setGradientFill(bool on) { d->engine.GradientFill = on; }
+
+VelmoraControl::FormPictureEffects VelmoraControl::FormPicture() const
+{
+    return static_cast<FormPictureEffects>(d->engine.FormPicture);
+}
+
+void VelmoraControl::setFormPicture(FormPictureEffects mode)
+{
+    d->engine.FormPicture = mode;
+}
+
+double VelmoraControl::DesignFormWidth() const { return d->engine.DesignFormWidth; }
+void VelmoraControl::setDesignFormWidth(double v) { d->engine.DesignFormWidth = static_cast<float>(v); }
+double VelmoraControl::DesignFormHeight() const { return d->engine.DesignFormHeight; }
+void VelmoraControl::setDesignFormHeight(double v) { d->engine.DesignFormHeight = static_cast<float>(v); }
+double VelmoraControl::DesignFormScaleWidth() const { return d->engine.DesignFormScaleWidth; }
+void VelmoraControl::setDesignFormScaleWidth(double v) { d->engine.DesignFormScaleWidth = static_cast<float>(v); }
+double VelmoraControl::DesignFormScaleHeight() const { return d->engine.DesignFormScaleHeight; }
+void VelmoraControl::setDesignFormScaleHeight(double v) { d->engine.DesignFormScaleHeight = static_cast<float>(v); }
+
+QWidget *VelmoraControl::form() const
+{
+    return d->driver.form();
+}
+
+bool VelmoraControl::isFormReady() const
+{
+    return d->engine.FormReady;
+}
+
+void VelmoraControl::Reset()
+{
+    d->driver.Reset();
+}
+
+QPixmap VelmoraControl::ScalePicture(const QPixmap &picture, double xScale, double yScale)
+{
+    return d->pixmapOf(d->engine.pictures().ScalePicture(QtPicture::make(picture), xScale, yScale));
+}
+
+QPixmap VelmoraControl::SizePicture(const QPixmap &picture, int xSize, int ySize)
+{
+    return d->pixmapOf(d->engine.pictures().SizePicture(QtPicture::make(picture), xSize, ySize));
+}
+
+QPixmap VelmoraControl::CenterPicture(QWidget *container, const QPixmap &picture)
+{
+    auto host = d->hostFor(container);
+    if (!host)
+        return QPixmap();
+    return d->pixmapOf(d->engine.pictures().CenterPicture(*host, QtPicture::make(picture)));
+}
+
+QPixmap VelmoraControl::TilePicture(QWidget *container, const QPixmap &picture)
+{
+    auto host = d->hostFor(container);
+    if (!host)
+        return QPixmap();
+    return d->pixmapOf(d->engine.pictures().TilePicture(*host, QtPicture::make(picture)));
+}
+
+void VelmoraControl::SaveControlInfo(QWidget *control)
+{
+    if (auto host = d->hostFor(control))
+        d->engine.SaveControlInfo(*host);
+}
+
+void VelmoraControl::SaveControlFlags(QWidget *control)
+{
+    if (auto host = d->hostFor(control))
+        d->engine.SaveControlFlags(host.get());
+}
+
+void VelmoraControl::AdjustPosition(QWidget *control)
+{
+    if (auto host = d->hostFor(control))
+        d->engine.AdjustPosition(*host);
+}

@@ -1,0 +1,101 @@
+// Velmora - drop one VelmoraControl onto an absolutely positioned form and
+// every other widget on it scales with the form.
+//
+// At run time the control has no visible surface. It binds to the widget it
+// is placed on (for a QMainWindow, its central widget), takes the layout the
+// form has when it first shows (or the design size stored in its
+// DesignForm* properties) as the design layout, and rescales positions,
+// sizes, fonts, border widths and pictures whenever the form is resized.
+#pragma once
+
+#include <QPixmap>
+#include <QWidget>
+
+#include <memory>
+
+namespace velmora {
+class ResizeEngine;
+class FormDriver;
+}
+
+class VelmoraControlPrivate;
+
+class VelmoraControl : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(bool ScaleControls READ ScaleControls WRITE setScaleControls)
+    Q_PROPERTY(bool ScaleFonts READ ScaleFonts WRITE setScaleFonts)
+    Q_PROPERTY(bool ScaleBorders READ ScaleBorders WRITE setScaleBorders)
+    Q_PROPERTY(bool ScaleGraphics READ ScaleGraphics WRITE setScaleGraphics)
+    Q_PROPERTY(bool ResizeOnMouseUp READ ResizeOnMouseUp WRITE setResizeOnMouseUp)
+    Q_PROPERTY(FormPictureEffects FormPicture READ FormPicture WRITE setFormPicture)
+    Q_PROPERTY(bool GradientFill READ GradientFill WRITE setGradientFill)
+    Q_PROPERTY(double DesignFormWidth READ DesignFormWidth WRITE setDesignFormWidth)
+    Q_PROPERTY(double DesignFormHeight READ DesignFormHeight WRITE setDesignFormHeight)
+    Q_PROPERTY(double DesignFormScaleWidth READ DesignFormScaleWidth WRITE setDesignFormScaleWidth)
+    Q_PROPERTY(double DesignFormScaleHeight READ DesignFormScaleHeight WRITE setDesignFormScaleHeight)
+
+public:
+    enum FormPictureEffects { FpNone = 0, FpFit = 1, FpCenter = 2, FpTile = 3 };
+    Q_ENUM(FormPictureEffects)
+
+    explicit VelmoraControl(QWidget *parent = nullptr);
+    ~VelmoraControl() override;
+
+    bool ScaleControls() const;
+    void setScaleControls(bool on);
+    bool ScaleFonts() const;
+    void setScaleFonts(bool on);
+    bool ScaleBorders() const;
+    void setScaleBorders(bool on);
+    bool ScaleGraphics() const;
+    void setScaleGraphics(bool on);
+    bool ResizeOnMouseUp() const;
+    void setResizeOnMouseUp(bool on);
+    FormPictureEffects FormPicture() const;
+    void setFormPicture(FormPictureEffects mode);
+    bool GradientFill() const;
+    void setGradientFill(bool on);
+
+    // The form's outer size (twips) and inner size (its ScaleMode units) at
+    // design time; all 0 means "the size the form first shows with".
+    double DesignFormWidth() const;
+    void setDesignFormWidth(double v);
+    double DesignFormHeight() const;
+    void setDesignFormHeight(double v);
+    double DesignFormScaleWidth() const;
+    void setDesignFormScaleWidth(double v);
+    double DesignFormScaleHeight() const;
+    void setDesignFormScaleHeight(double v);
+
+    // The form this control serves, or nullptr.
+    QWidget *form() const;
+    // Whether the set-up after the form's first show has completed.
+    bool isFormReady() const;
+
+    // Takes the form as it is now as its design layout.
+    Q_INVOKABLE void Reset();
+    Q_INVOKABLE QPixmap ScalePicture(const QPixmap &picture, double xScale, double yScale);
+    Q_INVOKABLE QPixmap SizePicture(const QPixmap &picture, int xSize, int ySize);
+    Q_INVOKABLE QPixmap CenterPicture(QWidget *container, const QPixmap &picture);
+    Q_INVOKABLE QPixmap TilePicture(QWidget *container, const QPixmap &picture);
+    // Records one control's present layout as its design layout.
+    Q_INVOKABLE void SaveControlInfo(QWidget *control);
+    Q_INVOKABLE void SaveControlFlags(QWidget *control);
+    // Places one recorded control for the form's present size.
+    Q_INVOKABLE void AdjustPosition(QWidget *control);
+
+    void setVisible(bool visible) override;
+
+Q_SIGNALS:
+    void ResizeStarted();
+    void ResizeDone();
+    // A failure the pass absorbed: what failed, and the toolkit's reason.
+    void Error(const QString &Description, const QString &ErrorObject);
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    friend class VelmoraControlPrivate;
+    std::unique_ptr<VelmoraControlPrivate> d;
+};

@@ -1,0 +1,25 @@
+// Velmora - VelmoraControl's internals. Not installed; tests and the tools
+// of this repository may look inside.
+#pragma once
+
+#include "control/VelmoraControl.h"
+#include "engine/ResizeEngine.h"
+#include "form/FormDriver.h"
+#include "qt/QtEngineHost.h"
+
+class VelmoraControlPrivate {
+public:
+    explicit VelmoraControlPrivate(VelmoraControl *q);
+    static VelmoraControlPrivate *get(VelmoraControl *control) { return control->d.get(); }
+
+    // The widget a control placed on `parent` serves.
+    static QWidget *formFor(QWidget *parent);
+    void rebind();
+    velmora::HostObjectPtr hostFor(QWidget *w) const;
+    QPixmap pixmapOf(const velmora::HostObjectPtr &picture) const;
+
+    VelmoraControl *q;
+    velmora::qt::QtEngineHost host;
+    velmora::ResizeEngine engine{host};
+    velmora::FormDriver driver{engine};
+};

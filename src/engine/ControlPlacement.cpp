@@ -1,0 +1,217 @@
+// Placement of one control for the form's present size, honouring its edge
+// locks, and the scaling of its fonts.
+#include "engine/ResizeEngine.h"
+
+#include "layout/ControlKey.h"
+#include "layout/HostAccess.h"
+
+#include <cmath>
+
+namespace velmora {
+
+namespace {
+
+// A tab control keeps the controls of its hidden pages this far to the left.
+constexpr float OffPageOffset = 75000.0f;
+
+const char *const FontNames[] = {"Font", "DayFont", "GridFont", "TitleFont", "HeadFont"};
+
+// Single-precision division that fails, as the host's does, on a zero divisor.
+std::optional<float> divide(float a, float b)
+{
+    if (b == 0.0f)
+        return std::nullopt;
+    return a / b;
+}
+
+struct Geometry {
+    float L = 0, T = 0, W = 0, H = 0;
+};
+
+// A line's extent on one axis: where it starts and how far it reaches.
+void lineSpan(float a, float b, float &pos, float &extent)
+{
+    pos = a < b ? a : b;
+    extent = std::fabs(b - a);
+}
+
+// One axis of the placement: position, extent and the far-edge lock.
+// `farEdge` is the record's Right or Bottom.
+void placeAxis(float &pos, float &extent, float designPos, float designExtent, float scale,
+               float containerNow, float containerAtCapture, bool lockPos, bool lockExtent,
+               bool lockFar, float &farEdge)
+{
+    if (!lockPos)
+        pos = designPos * scale;
+    if (!lockExtent)
+        extent = designExtent * scale;
+    if (lockFar) {
+        farEdge = containerNow - (containerAtCapture - (designPos + designExtent));
+        if (!lockPos)
+            pos = farEdge - extent;
+        else
+            extent = farEdge - pos;
+    } else {
+        // Stored only; nothing reads it back for placement.
+        farEdge = (pos + extent) * scale;
+    }
+}
+
+} // namespace
+
+SetResult ResizeEngine::AdjustPosition(HostObject &ctrl)
+{
+    const std::string key = controlKey(&ctrl);
+    ControlClass *recp = m_store.info(key);
+    ControlFlags *flagsp = m_store.flags(key);
+    if (!recp || !flagsp)
+        return hostError(HostErrc::Failed, "No layout recorded for control " + key);
+    ControlClass &rec = *recp;
+    const ControlFlags &flags = *flagsp;
+
+    // From here on every statement stands alone: what fails is skipped.
+    Geometry g, d;
+    bool offPage = false;
+    const auto left = getSingle(ctrl, "Left");
+    const auto top = getSingle(ctrl, "Top");
+    const auto width = getSingle(ctrl, "Width");
+    const auto height = getSingle(ctrl, "Height");
+
+    if (rec.SpecialControlType == SctLine) {
+        const auto x1 = getSingle(ctrl, "X1"), x2 = getSingle(ctrl, "X2");
+        const auto y1 = getSingle(ctrl, "Y1"), y2 = getSingle(ctrl, "Y2");
+        if (x1 && x2)
+            lineSpan(*x1, *x2, g.L, g.W);
+        if (y1 && y2)
+            lineSpan(*y1, *y2, g.T, g.H);
+        lineSpan(rec.X1, rec.X2, d.L, d.W);
+        lineSpan(rec.Y1, rec.Y2, d.T, d.H);
+    } else {
+        if (left)
+            g.L = *left;
+        if (rec.SpecialControlType == SctOnTabPage && left && width && *left + *width < 0) {
+            g.L = *left + OffPageOffset;
+            offPage = true;
+        }
+        if (top)
+            g.T = *top;
+        if (width)
+            g.W = *width;
+        if (height)
+            g.H = *height;
+        d = {rec.Left, rec.Top, rec.Width, rec.Height};
+        if (rec.SpecialControlType == SctOnTabPage && rec.Left + rec.Width < 0)
+            d.L = rec.Left + OffPageOffset;
+    }
+
+    // Shrink the fonts first so that a control whose height follows its font
+    // can take any height in the move; the real sizes are set at the end.
+    for (const char *font : FontNames)
+        setSub(ctrl, font, "Size", 0.01);
+
+    // A control the application moved or sized since the last pass keeps its
+    // new place as its design place, divided back to design scale.
+    if (FormReady) {
+        if (left && rec.LastLeft != g.L && rec.LastLeft + OffPageOffset != g.L) {
+            if (auto v = divide(g.L, rec.xScale)) {
+                rec.Left = *v;
+                d.L = rec.Left;
+            }
+        }
+        if (top && rec.LastTop != g.T) {
+            if (auto v = divide(g.T, rec.yScale)) {
+                rec.Top = *v;
+                d.T = rec.Top;
+            }
+        }
+        if (width && rec.LastWidth != g.W) {
+            if (auto v = divide(g.W, rec.xScale)) {
+                rec.Width = *v;
+                d.W = rec.Width;
+            }
+        }
+        if (height && rec.LastHeight != g.H) {
+            if (auto v = divide(g.H, rec.yScale)) {
+                rec.Height = *v;
+                d.H = rec.Height;
+            }
+        }
+    }
+
+    // The container's scale. Only a plain form counts as the form here: an
+    // MDI form is measured like any other container.
+    float cw = 0, ch = 0;
+    if (containerIsKind(ctrl, HostKind::Form)) {
+        if (auto v = divide(CurScaleWidth, rec.FormWidth))
+            rec.xScale = *v;
+        if (auto v = divide(CurScaleHeight, rec.FormHeight))
+            rec.yScale = *v;
+        cw = CurScaleWidth;
+        ch = CurScaleHeight;
+    } else if (auto c = getObject(ctrl, "Container"); c && *c) {
+        const auto cWidth = getSingle(**c, "Width");
+        const auto cHeight = getSingle(**c, "Height");
+        if (cWidth) {
+            if (auto v = divide(*cWidth, rec.FormWidth))
+                rec.xScale = *v;
+            cw = *cWidth;
+        }
+        if (cHeight) {
+            if (auto v = divide(*cHeight, rec.FormHeight))
+                rec.yScale = *v;
+            ch = *cHeight;
+        }
+    }
+
+    placeAxis(g.T, g.H, d.T, d.H, rec.yScale, ch, rec.FormHeight, flags.DontScaleTop,
+              flags.DontScaleHeight, flags.DontScaleBottom, rec.Bottom);
+    placeAxis(g.L, g.W, d.L, d.W, rec.xScale, cw, rec.FormWidth, flags.DontScaleLeft,
+              flags.DontScaleWidth, flags.DontScaleRight, rec.Right);
+
+    if (rec.SpecialControlType == SctLine) {
+        // A line keeps the direction it was drawn in.
+        const char *nearX = rec.X1 < rec.X2 ? "X1" : "X2";
+        const char *farX = rec.X1 < rec.X2 ? "X2" : "X1";
+        trySet(ctrl, nearX, g.L);
+        if (auto back = getSingle(ctrl, nearX))
+            trySet(ctrl, farX, *back + g.W);
+        const char *nearY = rec.Y1 < rec.Y2 ? "Y1" : "Y2";
+        const char *farY = rec.Y1 < rec.Y2 ? "Y2" : "Y1";
+        trySet(ctrl, nearY, g.T);
+        if (auto back = getSingle(ctrl, nearY))
+            trySet(ctrl, farY, *back + g.H);
+    } else {
+        // A control on a hidden page stays on its hidden page.
+        const float placedLeft = offPage ? g.L - OffPageOffset : g.L;
+        if (!ctrl.call("Move", {placedLeft, g.T, g.W, g.H})) {
+            trySet(ctrl, "Left", offPage ? Value(static_cast<double>(placedLeft)) : Value(placedLeft));
+            trySet(ctrl, "Top", g.T);
+            trySet(ctrl, "Width", g.W);
+            trySet(ctrl, "Height", g.H);
+        }
+    }
+
+    // The font factor is the smaller of the two ratios. With a design extent
+    // of 0 there is no ratio on that axis: the other one alone serves the
+    // borders, and the fonts go back to their recorded sizes.
+    const auto fx = divide(g.W, d.W);
+    const auto fy = divide(g.H, d.H);
+    const bool factorDefined = fx && fy;
+    if (factorDefined)
+        FontFactor = (*fy < *fx) ? *fy : *fx;
+    else if (fx)
+        FontFactor = *fx;
+    else if (fy)
+        FontFactor = *fy;
+    else
+        FontFactor = 1.0f;
+
+    const bool scaleFonts = factorDefined && !flags.DontScaleFont && ScaleFonts;
+    const float sizes[] = {rec.FontSize, rec.DayFontSize, rec.GridFontSize, rec.TitleFontSize,
+                           rec.HeadFontSize};
+    for (int i = 0; i < 5; ++i)
+        setSub(ctrl, FontNames[i], "Size", scaleFonts ? sizes[i] * FontFactor : sizes[i]);
+    return Done{};
+}
+
+} // namespace velmora

@@ -1,0 +1,69 @@
+#include "engine/ResizeEngine.h"
+
+#include "layout/HostAccess.h"
+#include "layout/LayoutCapture.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr int TwipUnit = 1;
+
+std::optional<float> toTwips(HostObject &form, const char *method, float value)
+{
+    if (form.isKind(HostKind::MDIForm))
+        return value;
+    auto mode = form.get("ScaleMode");
+    if (!mode)
+        return std::nullopt;
+    auto r = form.call(method, {value, *mode, TwipUnit});
+    return r ? r->toSingle() : std::nullopt;
+}
+
+} // namespace
+
+ResizeEngine::ResizeEngine(EngineHost &host)
+    : m_host(host)
+    , m_pictures(host)
+{
+}
+
+void ResizeEngine::SaveControlInfo(HostObject &ctrl)
+{
+    saveControlInfo(m_store, ctrl, RefScaleWidth, RefScaleHeight);
+}
+
+void ResizeEngine::SaveControlFlags(HostObject *ctrl)
+{
+    saveControlFlags(m_store, ctrl);
+}
+
+std::optional<float> ResizeEngine::twipsWidth(HostObject &form, float value)
+{
+    return toTwips(form, "ScaleX", value);
+}
+
+std::optional<float> ResizeEngine::twipsHeight(HostObject &form, float value)
+{
+    return toTwips(form, "ScaleY", value);
+}
+
+void ResizeEngine::raiseDone()
+{
+    if (FormReady && events.resizeDone)
+        events.resizeDone();
+}
+
+void storeLastGeometry(HostObject &ctrl, ControlClass &rec)
+{
+    if (auto v = getSingle(ctrl, "Left"))
+        rec.LastLeft = *v;
+    if (auto v = getSingle(ctrl, "Top"))
+        rec.LastTop = *v;
+    if (auto v = getSingle(ctrl, "Width"))
+        rec.LastWidth = *v;
+    if (auto v = getSingle(ctrl, "Height"))
+        rec.LastHeight = *v;
+}
+
+} // namespace velmora

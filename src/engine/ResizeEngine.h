@@ -1,0 +1,82 @@
+// Velmora - the resize engine: captures a form's design layout and brings
+// every control to the form's present size.
+//
+// Toolkit-free: it sees the form and its controls only as HostObjects and
+// reports through EngineEvents. One engine serves one form.
+#pragma once
+
+#include "engine/EngineHost.h"
+#include "engine/PictureScaler.h"
+#include "layout/LayoutStore.h"
+
+namespace velmora {
+
+class ResizeEngine {
+public:
+    explicit ResizeEngine(EngineHost &host);
+
+    // Settings the engine reads (public properties of the component).
+    bool ScaleFonts = true;
+    bool ScaleBorders = true;
+    bool ScaleGraphics = true;
+    bool GradientFill = false;
+    int FormPicture = FpNone;
+    // The form's size as saved at design time: outer size and inner size in
+    // the form's own ScaleMode units. 0 when never saved.
+    float DesignFormWidth = 0, DesignFormHeight = 0;
+    float DesignFormScaleWidth = 0, DesignFormScaleHeight = 0;
+
+    // Run-time state shared with the form event driver.
+    bool Initialised = false;
+    bool FormReady = false;
+    float RefScaleWidth = 0, RefScaleHeight = 0;
+    float CurScaleWidth = 0, CurScaleHeight = 0;
+    // The smaller of the last placed control's two scale ratios.
+    float FontFactor = 0;
+
+    EngineEvents events;
+
+    LayoutStore &store() { return m_store; }
+    const LayoutStore &store() const { return m_store; }
+    PictureScaler &pictures() { return m_pictures; }
+
+    // Captures one control (or the form) with the current reference size.
+    void SaveControlInfo(HostObject &ctrl);
+    void SaveControlFlags(HostObject *ctrl);
+
+    // Places one recorded control for the current size and scales its fonts.
+    // Fails, touching nothing, when the control has no record or switches.
+    SetResult AdjustPosition(HostObject &ctrl);
+
+    // The pass. Its first call after construction or Reset captures the
+    // layout; every later call rescales the form if its size changed.
+    void ResizeControls(HostForm &form);
+
+    // The form's inner size in twips, through its own unit conversion (an
+    // MDI form has no scale mode and is taken as it is).
+    static std::optional<float> twipsWidth(HostObject &form, float value);
+    static std::optional<float> twipsHeight(HostObject &form, float value);
+
+private:
+    void capture(HostForm &form);
+    void detachImageLists(HostObject &ctrl, ControlClass &rec);
+    bool placeControl(HostObject &ctrl, ControlClass &rec, ControlFlags &flags);
+    void placeTabControl(HostObject &ctrl, ControlClass &rec, ControlFlags &flags);
+    bool rebuildImageList(HostObject &ctrl, ControlClass &rec, HostError &failure);
+    void scaleControlPictures(HostObject &ctrl, ControlClass &rec, ControlFlags &flags);
+    void scaleToolbarButtons(HostObject &ctrl, ControlClass &rec, ControlFlags &flags);
+    void fitToolbarHeight(HostObject &ctrl, ControlClass &rec, float fh);
+    void drawFormPicture(HostForm &form);
+    void reattachImageLists(HostObject &ctrl, ControlClass &rec, ControlFlags &flags);
+    bool rebuildWanted(HostObject &ctrl, ControlClass &rec);
+    void raiseDone();
+
+    EngineHost &m_host;
+    LayoutStore m_store;
+    PictureScaler m_pictures;
+};
+
+// Stores the control's present geometry as the geometry the component gave it.
+void storeLastGeometry(HostObject &ctrl, ControlClass &rec);
+
+} // namespace velmora

@@ -1,0 +1,239 @@
+// The resize pass: capture on the first call, then three walks over the
+// form's controls for every new form size.
+#include "engine/ResizeEngine.h"
+
+#include "layout/ControlKey.h"
+#include "layout/HostAccess.h"
+
+#include <cmath>
+#include <stdexcept>
+
+namespace velmora {
+
+namespace {
+
+bool isMenu(HostObject &c)
+{
+    return c.typeName() == "Menu";
+}
+
+std::optional<double> ratio(std::optional<float> now, float atCapture)
+{
+    if (!now || atCapture == 0.0f)
+        return std::nullopt;
+    return static_cast<double>(*now / atCapture);
+}
+
+} // namespace
+
+void ResizeEngine::capture(HostForm &form)
+{
+    m_store.discardInfo();
+    SaveControlInfo(form);
+    SaveControlFlags(&form);
+    for (const auto &c : form.controls()) {
+        if (!c || isMenu(*c))
+            continue;
+        SaveControlInfo(*c);
+        SaveControlFlags(c.get());
+    }
+}
+
+void ResizeEngine::ResizeControls(HostForm &form)
+{
+    if (!Initialised) {
+        Initialised = true;
+        auto pic = form.get("Picture");
+        if (!pic || !m_host.pictureBox(PictureBoxId::FormPic).set("Picture", *pic))
+            return raiseDone();
+        if (RefScaleWidth == 0) {
+            std::optional<float> w, h;
+            if (form.isKind(HostKind::MDIForm)) {
+                w = getSingle(form, "ScaleWidth");
+                h = getSingle(form, "ScaleHeight");
+            } else {
+                w = twipsWidth(form, DesignFormScaleWidth);
+                h = twipsHeight(form, DesignFormScaleHeight);
+            }
+            if (!w || !h)
+                return raiseDone();
+            RefScaleWidth = *w;
+            RefScaleHeight = *h;
+        }
+        capture(form);
+        return;
+    }
+
+    if (FormReady && events.resizeStarted)
+        events.resizeStarted();
+
+    const auto scaleWidth = getSingle(form, "ScaleWidth");
+    const auto scaleHeight = getSingle(form, "ScaleHeight");
+    if (!scaleWidth || !scaleHeight)
+        return raiseDone();
+    if (CurScaleHeight == 0)
+        m_pictures.ApplyFormPicture(form, FormPicture, *scaleWidth, *scaleHeight, GradientFill);
+    const auto curW = twipsWidth(form, *scaleWidth);
+    const auto curH = twipsHeight(form, *scaleHeight);
+    if (!curW || !curH)
+        return raiseDone();
+    CurScaleWidth = *curW;
+    CurScaleHeight = *curH;
+    if (CurScaleWidth == RefScaleWidth && CurScaleHeight == RefScaleHeight)
+        return raiseDone();
+
+    const std::vector<HostObjectPtr> controls = form.controls();
+
+    // Walk 1: record late-comers, take off the image lists to be rebuilt.
+    for (const auto &c : controls) {
+        if (!c || isMenu(*c))
+            continue;
+        const std::string key = controlKey(c.get());
+        if (!m_store.info(key))
+            SaveControlInfo(*c);
+        if (!m_store.flags(key))
+            SaveControlFlags(c.get());
+        if (ScaleGraphics)
+            detachImageLists(*c, *m_store.info(key));
+    }
+
+    // Walk 2: place, size and redraw.
+    for (const auto &c : controls) {
+        if (!c)
+            continue;
+        if (isMenu(*c)) {
+            c->call("Refresh", {});
+            continue;
+        }
+        const std::string key = controlKey(c.get());
+        ControlClass *rec = m_store.info(key);
+        ControlFlags *flags = m_store.flags(key);
+        if (!rec || !flags)
+            continue;
+        if (!placeControl(*c, *rec, *flags))
+            return raiseDone();
+        if (ScaleBorders && !flags->DontScaleBorder)
+            trySet(*c, "BorderWidth", rec->BorderWidth * FontFactor);
+        if (rec->ControlHasButtons)
+            scaleToolbarButtons(*c, *rec, *flags);
+        if (!ScaleGraphics)
+            storeLastGeometry(*c, *rec);
+        c->call("Refresh", {});
+    }
+
+    drawFormPicture(form);
+
+    // The new reference; a minimised form (size 0) keeps the old one.
+    if (auto w = getSingle(form, "ScaleWidth"); w && *w > 0)
+        if (auto t = twipsWidth(form, *w))
+            RefScaleWidth = *t;
+    if (auto h = getSingle(form, "ScaleHeight"); h && *h > 0)
+        if (auto t = twipsHeight(form, *h))
+            RefScaleHeight = *t;
+
+    // Walk 3: put the image lists back and remember what we placed.
+    if (ScaleGraphics) {
+        for (const auto &c : controls) {
+            if (!c || isMenu(*c))
+                continue;
+            const std::string key = controlKey(c.get());
+            ControlClass *rec = m_store.info(key);
+            ControlFlags *flags = m_store.flags(key);
+            if (rec && flags)
+                reattachImageLists(*c, *rec, *flags);
+        }
+    }
+    raiseDone();
+}
+
+bool ResizeEngine::placeControl(HostObject &ctrl, ControlClass &rec, ControlFlags &flags)
+{
+    switch (rec.SpecialControlType) {
+    case SctLine:
+        AdjustPosition(ctrl);
+        return true;
+    case SctTabControl:
+        placeTabControl(ctrl, rec, flags);
+        return true;
+    case SctImageList:
+        if (ScaleGraphics && !flags.DontScaleGraphic) {
+            HostError failure;
+            if (!rebuildImageList(ctrl, rec, failure)) {
+                if (events.error) {
+                    const std::string name = getText(ctrl, "Name").value_or(std::string());
+                    events.error(name
+                                     + " has a one or more controls bound to it that is not supported by QxVelmora"
+                                       "\r\n See QxVelmora Help File for more information\r\n",
+                                 failure);
+                }
+                return false;
+            }
+        }
+        return true;
+    case SctUnused:
+        return true;
+    default:
+        AdjustPosition(ctrl);
+        scaleControlPictures(ctrl, rec, flags);
+        return true;
+    }
+}
+
+void ResizeEngine::placeTabControl(HostObject &ctrl, ControlClass &rec, ControlFlags &flags)
+{
+    trySet(ctrl, "TabMaxWidth", 0);
+    AdjustPosition(ctrl);
+    const auto width = getSingle(ctrl, "Width");
+    const auto height = getSingle(ctrl, "Height");
+    const auto orientation = getLong(ctrl, "TabOrientation");
+    if (!orientation || *orientation < 2) { // tabs on top or bottom
+        if (!flags.DontScaleWidth) {
+            const auto perRow = getSingle(ctrl, "TabsPerRow");
+            if (width && perRow && *perRow != 0)
+                trySet(ctrl, "TabMaxWidth", static_cast<int>(std::floor(*width / *perRow)));
+        }
+        if (!flags.DontScaleHeight)
+            if (auto r = ratio(height, rec.Height))
+                trySet(ctrl, "TabHeight", rec.TabHeight * *r);
+    } else if (!flags.DontScaleWidth) {
+        if (auto r = ratio(width, rec.Width))
+            trySet(ctrl, "TabHeight", rec.TabHeight * *r);
+    }
+
+    if (!ScaleGraphics || flags.DontScaleGraphic || !width || !height)
+        return;
+    if (rec.LastWidth == *width && rec.LastHeight == *height)
+        return;
+    const auto xr = ratio(width, rec.Width);
+    const auto yr = ratio(height, rec.Height);
+    if (!xr || !yr)
+        return;
+    const int tabs = static_cast<int>(getLong(ctrl, "Tabs").value_or(0));
+    for (int i = 0; i < tabs; ++i) {
+        try {
+            ctrl.setAt("TabPicture", i, Value(m_pictures.ScalePicture(rec.TabPicture(i), *xr, *yr)));
+        } catch (const std::out_of_range &) {
+            // A tab added since the capture has no design picture.
+        }
+    }
+}
+
+void ResizeEngine::scaleControlPictures(HostObject &ctrl, ControlClass &rec, ControlFlags &flags)
+{
+    if (!ScaleGraphics || flags.DontScaleGraphic)
+        return;
+    const auto width = getSingle(ctrl, "Width");
+    const auto height = getSingle(ctrl, "Height");
+    if (!width || !height || (rec.LastWidth == *width && rec.LastHeight == *height))
+        return;
+    // Always from the captured pictures, so repeated passes never degrade them.
+    const auto xr = ratio(width, rec.Width);
+    const auto yr = ratio(height, rec.Height);
+    if (!xr || !yr)
+        return;
+    ctrl.set("Picture", Value(m_pictures.ScalePicture(rec.Picture, *xr, *yr)));
+    ctrl.set("DownPicture", Value(m_pictures.ScalePicture(rec.DownPicture, *xr, *yr)));
+    ctrl.set("DisabledPicture", Value(m_pictures.ScalePicture(rec.DisabledPicture, *xr, *yr)));
+}
+
+} // namespace velmora

@@ -1,0 +1,65 @@
+// Velmora - drives the resize engine from the events of the form it serves:
+// the form's first show is its Load, the first resize after it runs the
+// set-up, every later resize runs a pass at once or when resizing pauses.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+
+namespace velmora {
+class ResizeEngine;
+namespace qt {
+class QtForm;
+}
+
+class FormDriver : public QObject {
+    Q_OBJECT
+public:
+    explicit FormDriver(ResizeEngine &engine, QObject *parent = nullptr);
+    ~FormDriver() override;
+
+    // Serve `form` (nullptr: serve nothing). Rebinding starts from scratch.
+    void bind(QWidget *form);
+    QWidget *form() const { return m_form; }
+    const std::shared_ptr<qt::QtForm> &hostForm() const { return m_hostForm; }
+
+    bool ScaleControls = true;
+    bool ResizeOnMouseUp = true;
+    bool Loaded = false;
+    bool SettingUp = false;
+
+    // Takes the form as it is now as the new design layout.
+    void Reset();
+    // The driver's answer to a resize of the form.
+    void FormResized();
+    // One pass of the engine, painted once.
+    void runPass();
+
+    // The delayed pass waits this long after the last resize.
+    static constexpr int DelayResizeMs = 100;
+    const QTimer &delayTimer() const { return m_tmrDelayResize; }
+
+Q_SIGNALS:
+    // The set-up failed in a way the engine could not absorb.
+    void trappedError(const QString &description);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void FormLoaded();
+    void takeDesignSizeIfUnknown();
+    void delayedResize();
+    bool minimised() const;
+
+    ResizeEngine &m_engine;
+    QPointer<QWidget> m_form;
+    std::shared_ptr<qt::QtForm> m_hostForm;
+    QTimer m_tmrDelayResize;
+};
+
+} // namespace velmora

@@ -1,0 +1,17 @@
+#include "layout/ControlKey.h"
+
+#include "layout/HostAccess.h"
+
+namespace velmora {
+
+std::string controlKey(HostObject *ctrl)
+{
+    if (!ctrl)
+        return {};
+    std::string key = getText(*ctrl, "Name").value_or(std::string());
+    if (auto index = getLong(*ctrl, "Index"); index && *index >= 0)
+        key += "(" + std::to_string(*index) + ")";
+    return key;
+}
+
+} // namespace velmora

@@ -1,0 +1,51 @@
+// Velmora - the engine's only view of the toolkit.
+//
+// Everything the resize engine does to a form or a control is a property read,
+// a property write or a method call by name on a HostObject. Any of them may
+// fail (the object lacks the member, refuses the value, the index is out of
+// range); a failure affects that one access and nothing else, so the engine
+// can treat every statement on its own.
+#pragma once
+
+#include "layout/Value.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmora {
+
+// Type tests against the toolkit's own form, MDI form and line classes.
+enum class HostKind { Form, MDIForm, Line };
+
+class HostObject {
+public:
+    virtual ~HostObject() = default;
+
+    // The class name as the engine compares it ("SSTab", "ImageList", "Menu",
+    // "Form", "MDIForm", or the toolkit's own class name).
+    virtual std::string typeName() const = 0;
+    virtual bool isKind(HostKind kind) const;
+
+    virtual GetResult get(std::string_view name) = 0;
+    virtual SetResult set(std::string_view name, const Value &value) = 0;
+
+    // Indexed members such as TabPicture(i) or a collection's Item(i).
+    virtual GetResult getAt(std::string_view name, int index);
+    virtual SetResult setAt(std::string_view name, int index, const Value &value);
+
+    virtual GetResult call(std::string_view method, const std::vector<Value> &args);
+
+protected:
+    static HostError noSuchMember(std::string_view name);
+};
+
+// The form a component serves: a host object that can also list its controls.
+class HostForm : public HostObject {
+public:
+    // The form's controls in the toolkit's order (containers before their
+    // contents, menus included). The form itself is not among them.
+    virtual std::vector<HostObjectPtr> controls() = 0;
+};
+
+} // namespace velmora

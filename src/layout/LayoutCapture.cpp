@@ -1,0 +1,198 @@
+#include "layout/LayoutCapture.h"
+
+#include "layout/ControlKey.h"
+#include "layout/HostAccess.h"
+
+namespace velmora {
+
+namespace {
+
+bool isFormKind(HostObject &o)
+{
+    return o.isKind(HostKind::Form) || o.isKind(HostKind::MDIForm);
+}
+
+void readSingle(HostObject &ctrl, const char *name, float &field)
+{
+    if (auto v = getSingle(ctrl, name))
+        field = *v;
+}
+
+void readPicture(HostObject &ctrl, const char *name, HostObjectPtr &field)
+{
+    if (auto p = getObject(ctrl, name))
+        field = *p;
+}
+
+void readGeometry(HostObject &ctrl, ControlClass &rec)
+{
+    readSingle(ctrl, "Left", rec.Left);
+    readSingle(ctrl, "Top", rec.Top);
+    readSingle(ctrl, "Width", rec.Width);
+    readSingle(ctrl, "Height", rec.Height);
+    rec.LastLeft = rec.Left;
+    rec.LastTop = rec.Top;
+    rec.LastWidth = rec.Width;
+    rec.LastHeight = rec.Height;
+}
+
+void readFont(HostObject &ctrl, const char *font, float &size, std::string &name)
+{
+    if (auto s = getSubSingle(ctrl, font, "Size"))
+        size = *s;
+    if (auto n = getSubText(ctrl, font, "Name"))
+        name = *n;
+}
+
+int kindOf(HostObject &ctrl)
+{
+    int kind = SctOrdinary;
+    const std::string type = ctrl.typeName();
+    if (type == "SSTab")
+        kind = SctTabControl;
+    if (auto ct = containerTypeName(ctrl); ct && *ct == "SSTab")
+        kind = SctOnTabPage;
+    if (ctrl.isKind(HostKind::Line))
+        kind = SctLine;
+    if (type == "ImageList")
+        kind = SctImageList;
+    if (isFormKind(ctrl))
+        kind = SctForm;
+    return kind;
+}
+
+void captureImageList(HostObject &ctrl, ControlClass &rec)
+{
+    auto images = getObject(ctrl, "ListImages");
+    if (images && *images) {
+        if (auto n = getLong(**images, "Count"))
+            rec.ImageListCount = static_cast<int>(*n);
+    }
+    readSingle(ctrl, "ImageWidth", rec.ImageListWidth);
+    readSingle(ctrl, "ImageHeight", rec.ImageListHeight);
+    if (!images || !*images)
+        return;
+    for (int i = 1; i <= rec.ImageListCount; ++i) {
+        auto item = getObjectAt(**images, "Item", i);
+        if (!item || !*item)
+            continue;
+        if (auto p = getObject(**item, "Picture"))
+            rec.setImageListPicture(i, *p);
+        if (auto k = getText(**item, "Key"))
+            rec.setImageListKey(i, *k);
+        if (auto t = getText(**item, "Tag"))
+            rec.setImageListTag(i, *t);
+    }
+}
+
+} // namespace
+
+bool controlIsScaleable(HostObject &ctrl)
+{
+    if (isFormKind(ctrl))
+        return false;
+    const auto all = [&](std::initializer_list<const char *> names) {
+        for (auto n : names)
+            if (!hasProperty(ctrl, n))
+                return false;
+        return true;
+    };
+    return all({"Left", "Top", "Width", "Height"}) || all({"X1", "X2", "Y1", "Y2"});
+}
+
+bool graphicIsScaleable(HostObject &ctrl)
+{
+    if (ctrl.typeName() == "ImageList")
+        return true;
+    return hasProperty(ctrl, "Picture") || hasProperty(ctrl, "DownPicture")
+        || hasProperty(ctrl, "DisabledPicture");
+}
+
+void saveControlInfo(LayoutStore &store, HostObject &ctrl, float refScaleWidth, float refScaleHeight)
+{
+    ControlClass &rec = store.ensureInfo(controlKey(&ctrl));
+
+    // The form itself has no readable Container: it is measured by the
+    // reference size, like a control sitting directly on it.
+    auto container = getObject(ctrl, "Container");
+    if (!container || !*container || isFormKind(**container)) {
+        rec.FormWidth = refScaleWidth;
+        rec.FormHeight = refScaleHeight;
+    } else {
+        readSingle(**container, "Width", rec.FormWidth);
+        readSingle(**container, "Height", rec.FormHeight);
+    }
+
+    rec.SpecialControlType = kindOf(ctrl);
+    switch (rec.SpecialControlType) {
+    case SctTabControl: {
+        readGeometry(ctrl, rec);
+        readSingle(ctrl, "TabHeight", rec.TabHeight);
+        const int tabs = static_cast<int>(getLong(ctrl, "Tabs").value_or(0));
+        for (int i = 0; i < tabs; ++i)
+            if (auto p = getObjectAt(ctrl, "TabPicture", i))
+                rec.setTabPicture(i, *p);
+        break;
+    }
+    case SctForm:
+        readPicture(ctrl, "Picture", rec.Picture);
+        break;
+    case SctLine:
+        readSingle(ctrl, "X1", rec.X1);
+        readSingle(ctrl, "X2", rec.X2);
+        readSingle(ctrl, "Y1", rec.Y1);
+        readSingle(ctrl, "Y2", rec.Y2);
+        break;
+    case SctImageList:
+        captureImageList(ctrl, rec);
+        break;
+    case SctUnused:
+        break;
+    default: // ordinary, and on a tab page
+        readGeometry(ctrl, rec);
+        readPicture(ctrl, "Picture", rec.Picture);
+        readPicture(ctrl, "DownPicture", rec.DownPicture);
+        readPicture(ctrl, "DisabledPicture", rec.DisabledPicture);
+        break;
+    }
+
+    // A tab control is scaled through its own code, never as a tab strip; it
+    // keeps whatever it had.
+    if (!hasProperty(ctrl, "Tabs"))
+        rec.ControlHasTabs = false;
+    else if (rec.SpecialControlType != SctTabControl)
+        rec.ControlHasTabs = true;
+    rec.ControlHasButtons = hasProperty(ctrl, "Buttons");
+    rec.ControlHasNodes = hasProperty(ctrl, "Nodes");
+    rec.ControlHasImageList = hasProperty(ctrl, "ImageList");
+    rec.ControlHasTwoImageLists = hasProperty(ctrl, "Icons") && hasProperty(ctrl, "SmallIcons");
+
+    const std::string type = ctrl.typeName();
+    if (type != "Form" && type != "MDIForm")
+        rec.ControlIsScaleable = controlIsScaleable(ctrl);
+    rec.GraphicIsScaleable = graphicIsScaleable(ctrl);
+
+    if (rec.ControlHasButtons) {
+        readSingle(ctrl, "ButtonWidth", rec.ButtonWidth);
+        readSingle(ctrl, "ButtonHeight", rec.ButtonHeight);
+    }
+
+    readFont(ctrl, "Font", rec.FontSize, rec.FontName);
+    readFont(ctrl, "DayFont", rec.DayFontSize, rec.DayFontName);
+    readFont(ctrl, "GridFont", rec.GridFontSize, rec.GridFontName);
+    readFont(ctrl, "TitleFont", rec.TitleFontSize, rec.TitleFontName);
+    readFont(ctrl, "HeadFont", rec.HeadFontSize, rec.HeadFontName);
+    readSingle(ctrl, "BorderWidth", rec.BorderWidth);
+}
+
+void saveControlFlags(LayoutStore &store, HostObject *ctrl)
+{
+    store.ensureFlags(controlKey(ctrl));
+}
+
+void saveControlFlags(LayoutStore &store, const std::string &key)
+{
+    store.ensureFlags(key);
+}
+
+} // namespace velmora

@@ -1,0 +1,33 @@
+#include "layout/LayoutStore.h"
+
+namespace velmora {
+
+ControlClass *LayoutStore::info(const std::string &key) const
+{
+    auto it = m_info.find(key);
+    return it == m_info.end() ? nullptr : it->second.get();
+}
+
+ControlFlags *LayoutStore::flags(const std::string &key) const
+{
+    auto it = m_flags.find(key);
+    return it == m_flags.end() ? nullptr : it->second.get();
+}
+
+ControlClass &LayoutStore::ensureInfo(const std::string &key)
+{
+    auto &slot = m_info[key];
+    if (!slot)
+        slot = std::make_unique<ControlClass>();
+    return *slot;
+}
+
+ControlFlags &LayoutStore::ensureFlags(const std::string &key)
+{
+    auto &slot = m_flags[key];
+    if (!slot)
+        slot = std::make_unique<ControlFlags>();
+    return *slot;
+}
+
+} // namespace velmora

@@ -1,0 +1,37 @@
+// Velmora - the component's two keyed collections: one ControlClass record
+// and one ControlFlags entry per control key.
+#pragma once
+
+#include "layout/ControlClass.h"
+#include "layout/ControlFlags.h"
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+namespace velmora {
+
+class LayoutStore {
+public:
+    // The item-exists test: nullptr when no record is filed under the key.
+    ControlClass *info(const std::string &key) const;
+    ControlFlags *flags(const std::string &key) const;
+
+    // Returns the record under key, filing a new empty one when none exists.
+    ControlClass &ensureInfo(const std::string &key);
+    // Files a new all-False entry under key unless one exists; returns it.
+    ControlFlags &ensureFlags(const std::string &key);
+
+    // A capture starts from no records; the switches are kept.
+    void discardInfo() { m_info.clear(); }
+    void discardFlags() { m_flags.clear(); }
+
+    std::size_t infoCount() const { return m_info.size(); }
+    std::size_t flagsCount() const { return m_flags.size(); }
+
+private:
+    std::unordered_map<std::string, std::unique_ptr<ControlClass>> m_info;
+    std::unordered_map<std::string, std::unique_ptr<ControlFlags>> m_flags;
+};
+
+} // namespace velmora

@@ -1,0 +1,413 @@
+#include "qt/QtControl.h"
+
+#include "qt/QtFont.h"
+#include "qt/QtForm.h"
+#include "qt/QtPictureBox.h"
+#include "qt/QtPropertyBridge.h"
+#include "qt/QtUnits.h"
+#include "qt/QtWidgetFeatures.h"
+#include "qt/VelmoraLine.h"
+
+#include <QAbstractButton>
+#include <QCalendarWidget>
+#include <QFrame>
+#include <QLabel>
+#include <QLayout>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QTabWidget>
+
+#include <cmath>
+
+namespace velmora::qt {
+
+namespace {
+
+const char *const FontSlots[] = {"Font", "DayFont", "GridFont", "TitleFont", "HeadFont"};
+
+int fontSlot(std::string_view name)
+{
+    for (int i = 0; i < 5; ++i)
+        if (name == FontSlots[i])
+            return i;
+    return -1;
+}
+
+bool layoutHolds(const QLayout *layout, const QWidget *w)
+{
+    for (int i = 0; i < layout->count(); ++i) {
+        QLayoutItem *item = layout->itemAt(i);
+        if (item->widget() == w)
+            return true;
+        if (const QLayout *inner = item->layout(); inner && layoutHolds(inner, w))
+            return true;
+    }
+    return false;
+}
+
+HostError refusedGeometry()
+{
+    return hostError(HostErrc::ReadOnly, "The control's geometry is managed by its parent");
+}
+
+} // namespace
+
+QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
+    : m_form(std::move(form))
+    , m_widget(widget)
+    , m_nameOverride(std::move(name))
+{
+    if (qobject_cast<VelmoraLine *>(widget))
+        m_kind = Kind::Line;
+    else if (qobject_cast<QTabWidget *>(widget))
+        m_kind = Kind::TabWidget;
+    else if (qobject_cast<QCalendarWidget *>(widget))
+        m_kind = Kind::Calendar;
+    else if (qobject_cast<QLabel *>(widget))
+        m_kind = Kind::Label;
+    else if (qobject_cast<QAbstractButton *>(widget))
+        m_kind = Kind::Button;
+    else if (qobject_cast<QFrame *>(widget))
+        m_kind = Kind::Frame;
+}
+
+QString QtControl::name() const
+{
+    if (!m_nameOverride.isEmpty())
+        return m_nameOverride;
+    return m_widget ? m_widget->objectName() : QString();
+}
+
+std::string QtControl::typeName() const
+{
+    switch (m_kind) {
+    case Kind::TabWidget:
+        return "SSTab";
+    case Kind::Line:
+        return "Line";
+    default:
+        return m_widget ? m_widget->metaObject()->className() : "Nothing";
+    }
+}
+
+bool QtControl::isKind(HostKind kind) const
+{
+    return kind == HostKind::Line && m_kind == Kind::Line;
+}
+
+bool QtControl::geometryManaged(const QWidget *w)
+{
+    const QWidget *parent = w ? w->parentWidget() : nullptr;
+    if (!parent || w->isWindow())
+        return false;
+    if (qobject_cast<const QSplitter *>(parent) || qobject_cast<const QStackedWidget *>(parent))
+        return true;
+    if (auto *area = qobject_cast<const QScrollArea *>(parent->parentWidget()))
+        if (area->widget() == w && area->widgetResizable())
+            return true;
+    return parent->layout() && layoutHolds(parent->layout(), w);
+}
+
+int QtControl::unitMode() const
+{
+    auto form = m_form.lock();
+    if (!form || !m_widget)
+        return ScaleTwips;
+    auto container = form->containerOf(m_widget);
+    return container.get() == form.get() ? form->scaleMode() : ScaleTwips;
+}
+
+GetResult QtControl::getEdge(Edge edge) const
+{
+    if (!m_widget)
+        return hostError(HostErrc::Failed, "The control is gone");
+    const int mode = unitMode();
+    const QRect g = m_widget->geometry();
+    switch (edge) {
+    case Edge::Left:
+        return Value(static_cast<float>(pixelsToUnits(g.x(), mode, Axis::X)));
+    case Edge::Top:
+        return Value(static_cast<float>(pixelsToUnits(g.y(), mode, Axis::Y)));
+    case Edge::Width:
+        return Value(static_cast<float>(pixelsToUnits(g.width(), mode, Axis::X)));
+    case Edge::Height:
+        return Value(static_cast<float>(pixelsToUnits(g.height(), mode, Axis::Y)));
+    }
+    return hostError(HostErrc::Failed);
+}
+
+SetResult QtControl::setEdge(Edge edge, const Value &value)
+{
+    if (!m_widget)
+        return hostError(HostErrc::Failed, "The control is gone");
+    if (geometryManaged(m_widget))
+        return refusedGeometry();
+    const auto units = value.toDouble();
+    if (!units)
+        return hostError(HostErrc::InvalidValue, "Type mismatch");
+    const bool horizontal = edge == Edge::Left || edge == Edge::Width;
+    bool ok = false;
+    const int px = unitsToPixels(*units, unitMode(), horizontal ? Axis::X : Axis::Y, &ok);
+    if (!ok)
+        return hostError(HostErrc::Arithmetic, "Overflow");
+    if ((edge == Edge::Width || edge == Edge::Height) && px < 0)
+        return hostError(HostErrc::InvalidValue, "Invalid property value");
+    QRect g = m_widget->geometry();
+    switch (edge) {
+    case Edge::Left:
+        g.moveLeft(px);
+        break;
+    case Edge::Top:
+        g.moveTop(px);
+        break;
+    case Edge::Width:
+        g.setWidth(px);
+        break;
+    case Edge::Height:
+        g.setHeight(px);
+        break;
+    }
+    m_widget->setGeometry(g);
+    return Done{};
+}
+
+SetResult QtControl::move(const std::vector<Value> &args)
+{
+    if (!m_widget)
+        return hostError(HostErrc::Failed, "The control is gone");
+    if (m_kind == Kind::Line)
+        return noSuchMember("Move");
+    if (geometryManaged(m_widget))
+        return refusedGeometry();
+    if (args.size() != 4)
+        return hostError(HostErrc::InvalidValue, "Move takes Left, Top, Width and Height");
+    const int mode = unitMode();
+    int px[4];
+    for (int i = 0; i < 4; ++i) {
+        const auto v = args[static_cast<std::size_t>(i)].toDouble();
+        bool ok = false;
+        px[i] = v ? unitsToPixels(*v, mode, (i % 2) == 0 ? Axis::X : Axis::Y, &ok) : 0;
+        if (!ok)
+            return hostError(HostErrc::InvalidValue, "Invalid property value");
+    }
+    if (px[2] < 0 || px[3] < 0)
+        return hostError(HostErrc::InvalidValue, "Invalid property value");
+    m_widget->setGeometry(px[0], px[1], px[2], px[3]);
+    return Done{};
+}
+
+GetResult QtControl::lineEnd(std::string_view name) const
+{
+    auto *line = qobject_cast<VelmoraLine *>(m_widget.data());
+    if (!line)
+        return noSuchMember(name);
+    const bool x = name[0] == 'X';
+    const QPoint p = name[1] == '1' ? line->p1() : line->p2();
+    return Value(static_cast<float>(pixelsToUnits(x ? p.x() : p.y(), unitMode(), x ? Axis::X : Axis::Y)));
+}
+
+SetResult QtControl::setLineEnd(std::string_view name, const Value &value)
+{
+    auto *line = qobject_cast<VelmoraLine *>(m_widget.data());
+    if (!line)
+        return noSuchMember(name);
+    const auto units = value.toDouble();
+    if (!units)
+        return hostError(HostErrc::InvalidValue, "Type mismatch");
+    const bool x = name[0] == 'X';
+    bool ok = false;
+    const int px = unitsToPixels(*units, unitMode(), x ? Axis::X : Axis::Y, &ok);
+    if (!ok)
+        return hostError(HostErrc::Arithmetic, "Overflow");
+    QPoint p1 = line->p1(), p2 = line->p2();
+    QPoint &p = name[1] == '1' ? p1 : p2;
+    (x ? p.rx() : p.ry()) = px;
+    line->setPoints(p1, p2);
+    return Done{};
+}
+
+HostObjectPtr QtControl::font(int slot)
+{
+    if (m_fonts[static_cast<std::size_t>(slot)])
+        return m_fonts[static_cast<std::size_t>(slot)];
+    HostObjectPtr made;
+    if (slot == 0) {
+        QPointer<QWidget> w = m_widget;
+        made = std::make_shared<QtFont>(
+            [w]() -> std::optional<QFont> {
+                if (!w)
+                    return std::nullopt;
+                return w->font();
+            },
+            [w](const QFont &f) {
+                if (!w)
+                    return false;
+                w->setFont(f);
+                return true;
+            });
+    } else if (auto *cal = qobject_cast<QCalendarWidget *>(m_widget.data())) {
+        made = calendarFont(cal, FontSlots[slot]);
+    }
+    m_fonts[static_cast<std::size_t>(slot)] = made;
+    return made;
+}
+
+GetResult QtControl::getBorderWidth() const
+{
+    if (m_kind == Kind::Frame || m_kind == Kind::Label) {
+        auto *frame = static_cast<QFrame *>(m_widget.data());
+        if (frame->frameShape() != QFrame::NoFrame)
+            return Value(frame->lineWidth());
+    }
+    return readQtProperty(m_widget, "BorderWidth");
+}
+
+SetResult QtControl::setBorderWidth(const Value &value)
+{
+    if (m_kind == Kind::Frame || m_kind == Kind::Label) {
+        auto *frame = static_cast<QFrame *>(m_widget.data());
+        if (frame->frameShape() != QFrame::NoFrame) {
+            const auto width = value.toLong();
+            if (!width || *width < 0)
+                return hostError(HostErrc::InvalidValue, "Invalid property value");
+            frame->setLineWidth(*width);
+            return Done{};
+        }
+    }
+    return writeQtProperty(m_widget, "BorderWidth", value);
+}
+
+GetResult QtControl::get(std::string_view name)
+{
+    if (!m_widget)
+        return hostError(HostErrc::Failed, "The control is gone");
+    const bool line = m_kind == Kind::Line;
+    if (name == "Name")
+        return Value(this->name().toStdString());
+    if (name == "Index") {
+        const QVariant v = m_widget->property("Index");
+        bool ok = false;
+        const int index = v.toInt(&ok);
+        if (!v.isValid() || !ok || index < 0)
+            return noSuchMember(name);
+        return Value(index);
+    }
+    if (!line) {
+        if (name == "Left")
+            return getEdge(Edge::Left);
+        if (name == "Top")
+            return getEdge(Edge::Top);
+        if (name == "Width")
+            return getEdge(Edge::Width);
+        if (name == "Height")
+            return getEdge(Edge::Height);
+    } else if (name == "X1" || name == "X2" || name == "Y1" || name == "Y2") {
+        return lineEnd(name);
+    }
+    if (name == "Container") {
+        auto form = m_form.lock();
+        if (!form)
+            return hostError(HostErrc::Failed, "The form is gone");
+        return Value(form->containerOf(m_widget));
+    }
+    if (const int slot = fontSlot(name); slot >= 0 && !line) {
+        if (auto f = font(slot))
+            return Value(f);
+        return readQtProperty(m_widget, name);
+    }
+    if (name == "BorderWidth")
+        return getBorderWidth();
+    if (name == "Visible")
+        return Value(m_widget->isVisibleTo(m_widget->parentWidget()));
+    if (name == "Enabled")
+        return Value(m_widget->isEnabled());
+    if (name == "BackColor")
+        return Value(colorToHost(m_widget->palette().color(m_widget->backgroundRole())));
+    if (name == "Picture" || name == "DownPicture" || name == "DisabledPicture") {
+        if (m_kind == Kind::Label || m_kind == Kind::Button)
+            return getPicture(m_widget, name);
+    }
+    if (m_kind == Kind::TabWidget)
+        if (auto r = getTabMember(static_cast<QTabWidget *>(m_widget.data()), name);
+            r || r.error().code != HostErrc::NoSuchMember)
+            return r;
+    return readQtProperty(m_widget, name);
+}
+
+SetResult QtControl::set(std::string_view name, const Value &value)
+{
+    if (!m_widget)
+        return hostError(HostErrc::Failed, "The control is gone");
+    const bool line = m_kind == Kind::Line;
+    if (name == "Name" || name == "Container")
+        return hostError(HostErrc::ReadOnly, "Property is read-only at run time");
+    if (!line) {
+        if (name == "Left")
+            return setEdge(Edge::Left, value);
+        if (name == "Top")
+            return setEdge(Edge::Top, value);
+        if (name == "Width")
+            return setEdge(Edge::Width, value);
+        if (name == "Height")
+            return setEdge(Edge::Height, value);
+    } else if (name == "X1" || name == "X2" || name == "Y1" || name == "Y2") {
+        return setLineEnd(name, value);
+    }
+    if (name == "BorderWidth")
+        return setBorderWidth(value);
+    if (name == "Visible" || name == "Enabled") {
+        const auto on = value.toBool();
+        if (!on)
+            return hostError(HostErrc::InvalidValue, "Type mismatch");
+        if (name == "Visible")
+            m_widget->setVisible(*on);
+        else
+            m_widget->setEnabled(*on);
+        return Done{};
+    }
+    if (name == "Picture" || name == "DownPicture" || name == "DisabledPicture") {
+        if (m_kind == Kind::Label || m_kind == Kind::Button)
+            return setPicture(m_widget, name, value);
+    }
+    if (m_kind == Kind::TabWidget)
+        if (auto r = setTabMember(static_cast<QTabWidget *>(m_widget.data()), name, value);
+            r || r.error().code != HostErrc::NoSuchMember)
+            return r;
+    return writeQtProperty(m_widget, name, value);
+}
+
+GetResult QtControl::getAt(std::string_view name, int index)
+{
+    if (m_kind == Kind::TabWidget && name == "TabPicture")
+        return getTabPicture(static_cast<QTabWidget *>(m_widget.data()), index);
+    return noSuchMember(name);
+}
+
+SetResult QtControl::setAt(std::string_view name, int index, const Value &value)
+{
+    if (m_kind == Kind::TabWidget && name == "TabPicture")
+        return setTabPicture(static_cast<QTabWidget *>(m_widget.data()), index, value);
+    return noSuchMember(name);
+}
+
+GetResult QtControl::call(std::string_view method, const std::vector<Value> &args)
+{
+    if (!m_widget)
+        return hostError(HostErrc::Failed, "The control is gone");
+    if (method == "Move") {
+        auto r = move(args);
+        if (!r)
+            return r.error();
+        return Value();
+    }
+    if (method == "Refresh") {
+        if (m_kind == Kind::TabWidget)
+            applyTabMaxWidth(static_cast<QTabWidget *>(m_widget.data()));
+        m_widget->update();
+        return Value();
+    }
+    return noSuchMember(method);
+}
+
+} // namespace velmora::qt

@@ -1,0 +1,65 @@
+// Velmora - a QWidget presented as a control of the form.
+//
+// Geometry is in the container's units: the form's ScaleMode units for a
+// control sitting on the form, twips inside any other container, written
+// rounded to whole pixels. A widget whose geometry a layout, splitter,
+// stacked widget or resizable scroll area manages refuses geometry writes;
+// its fonts and pictures still scale. Members Qt has no notion of are
+// mapped per widget class; a PascalCase Q_PROPERTY or dynamic property of
+// the same name serves for anything else, so custom widgets can take part.
+#pragma once
+
+#include "layout/HostObject.h"
+
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+#include <array>
+#include <memory>
+
+namespace velmora::qt {
+
+class QtForm;
+class QtFont;
+
+class QtControl : public HostObject {
+public:
+    QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name);
+
+    QWidget *widget() const { return m_widget; }
+    QString name() const;
+
+    std::string typeName() const override;
+    bool isKind(HostKind kind) const override;
+    GetResult get(std::string_view name) override;
+    SetResult set(std::string_view name, const Value &value) override;
+    GetResult getAt(std::string_view name, int index) override;
+    SetResult setAt(std::string_view name, int index, const Value &value) override;
+    GetResult call(std::string_view method, const std::vector<Value> &args) override;
+
+    // Whether the widget's parent decides its geometry.
+    static bool geometryManaged(const QWidget *w);
+
+private:
+    enum class Kind { Generic, Label, Button, TabWidget, Frame, Line, Calendar };
+    enum class Edge { Left, Top, Width, Height };
+
+    int unitMode() const;
+    GetResult getEdge(Edge edge) const;
+    SetResult setEdge(Edge edge, const Value &value);
+    SetResult move(const std::vector<Value> &args);
+    GetResult lineEnd(std::string_view name) const;
+    SetResult setLineEnd(std::string_view name, const Value &value);
+    HostObjectPtr font(int slot);
+    GetResult getBorderWidth() const;
+    SetResult setBorderWidth(const Value &value);
+
+    std::weak_ptr<QtForm> m_form;
+    QPointer<QWidget> m_widget;
+    QString m_nameOverride;
+    Kind m_kind = Kind::Generic;
+    std::array<HostObjectPtr, 5> m_fonts;
+};
+
+} // namespace velmora::qt

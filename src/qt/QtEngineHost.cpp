@@ -1,0 +1,25 @@
+#include "qt/QtEngineHost.h"
+
+#include <QCoreApplication>
+
+namespace velmora::qt {
+
+HostObject &QtEngineHost::pictureBox(PictureBoxId id)
+{
+    switch (id) {
+    case PictureBoxId::SizerSource:
+        return m_source;
+    case PictureBoxId::SizerCanvas:
+        return m_canvas;
+    case PictureBoxId::FormPic:
+        break;
+    }
+    return m_formPic;
+}
+
+void QtEngineHost::processEvents()
+{
+    QCoreApplication::processEvents();
+}
+
+} // namespace velmora::qt

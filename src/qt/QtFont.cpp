@@ -1,0 +1,74 @@
+#include "qt/QtFont.h"
+
+#include "qt/QtUnits.h"
+
+namespace velmora::qt {
+
+double QtFont::pointSize(const QFont &f)
+{
+    if (f.pointSizeF() > 0)
+        return f.pointSizeF();
+    // 72 points to the inch; a pixel is twipsPerPixel/20 points.
+    return f.pixelSize() > 0 ? f.pixelSize() * twipsPerPixel(Axis::Y) / 20.0 : 0.0;
+}
+
+GetResult QtFont::get(std::string_view name)
+{
+    const auto f = m_get();
+    if (!f)
+        return hostError(HostErrc::Failed, "The font's owner is gone");
+    if (name == "Size")
+        return Value(static_cast<float>(pointSize(*f)));
+    if (name == "Name")
+        return Value(f->family().toStdString());
+    if (name == "Bold")
+        return Value(f->bold());
+    if (name == "Italic")
+        return Value(f->italic());
+    if (name == "Underline")
+        return Value(f->underline());
+    if (name == "Strikethrough")
+        return Value(f->strikeOut());
+    if (name == "Weight")
+        return Value(static_cast<int>(f->weight()));
+    return noSuchMember(name);
+}
+
+SetResult QtFont::set(std::string_view name, const Value &value)
+{
+    auto f = m_get();
+    if (!f)
+        return hostError(HostErrc::Failed, "The font's owner is gone");
+    if (name == "Size") {
+        const auto size = value.toDouble();
+        // QFont ignores sizes it cannot use; refuse them instead so the
+        // caller knows the font kept its size.
+        if (!size || !(*size > 0) || *size > 16384)
+            return hostError(HostErrc::InvalidValue, "Invalid font size");
+        f->setPointSizeF(*size);
+    } else if (name == "Name") {
+        const auto family = value.toText();
+        if (!family || family->empty())
+            return hostError(HostErrc::InvalidValue, "Invalid font name");
+        f->setFamily(QString::fromStdString(*family));
+    } else if (name == "Bold" || name == "Italic" || name == "Underline" || name == "Strikethrough") {
+        const auto on = value.toBool();
+        if (!on)
+            return hostError(HostErrc::InvalidValue, "Type mismatch");
+        if (name == "Bold")
+            f->setBold(*on);
+        else if (name == "Italic")
+            f->setItalic(*on);
+        else if (name == "Underline")
+            f->setUnderline(*on);
+        else
+            f->setStrikeOut(*on);
+    } else {
+        return noSuchMember(name);
+    }
+    if (!m_set(*f))
+        return hostError(HostErrc::Failed, "The font could not be applied");
+    return Done{};
+}
+
+} // namespace velmora::qt

@@ -1,0 +1,282 @@
+#include "qt/QtForm.h"
+
+#include "qt/QtFont.h"
+#include "qt/QtPicture.h"
+#include "qt/QtPictureBox.h"
+#include "qt/QtUnits.h"
+
+#include <QEvent>
+#include <QIcon>
+#include <QMainWindow>
+#include <QMdiSubWindow>
+#include <QPainter>
+
+namespace velmora::qt {
+
+// Draws the form's picture at its top-left, over the background and under
+// the children, by painting first in the form's own paint event.
+class FormPictureLayer : public QObject {
+public:
+    explicit FormPictureLayer(QWidget *form)
+        : QObject(form)
+    {
+        form->installEventFilter(this);
+    }
+
+    QPixmap pixmap;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && watched == parent() && !pixmap.isNull()) {
+            QPainter painter(static_cast<QWidget *>(watched));
+            painter.drawPixmap(0, 0, pixmap);
+        }
+        return false;
+    }
+};
+
+namespace {
+
+const char *const ScaleModeProperty = "ScaleMode";
+
+QPixmap pictureFromProperty(const QVariant &v)
+{
+    switch (v.metaType().id()) {
+    case QMetaType::QPixmap:
+        return v.value<QPixmap>();
+    case QMetaType::QImage:
+        return QPixmap::fromImage(v.value<QImage>());
+    case QMetaType::QIcon: {
+        const QIcon icon = v.value<QIcon>();
+        const auto sizes = icon.availableSizes();
+        return sizes.isEmpty() ? QPixmap() : icon.pixmap(sizes.last());
+    }
+    case QMetaType::QString:
+        return QPixmap(v.toString());
+    default:
+        return QPixmap();
+    }
+}
+
+HostError typeMismatch()
+{
+    return hostError(HostErrc::InvalidValue, "Type mismatch");
+}
+
+} // namespace
+
+std::shared_ptr<QtForm> QtForm::create(QWidget *form)
+{
+    return std::shared_ptr<QtForm>(new QtForm(form));
+}
+
+QtForm::QtForm(QWidget *form)
+    : m_form(form)
+{
+    if (form) {
+        m_pictureLayer = new FormPictureLayer(form);
+        m_pictureLayer->pixmap = pictureFromProperty(form->property("Picture"));
+    }
+}
+
+QtForm::~QtForm()
+{
+    if (m_form && m_updateDepth > 0)
+        m_form->setUpdatesEnabled(true);
+    delete m_pictureLayer.data();
+}
+
+QWidget *QtForm::window() const
+{
+    if (!m_form)
+        return nullptr;
+    for (QWidget *w = m_form; w; w = w->parentWidget())
+        if (qobject_cast<QMdiSubWindow *>(w))
+            return w;
+    return m_form->window();
+}
+
+int QtForm::scaleMode() const
+{
+    if (!m_form)
+        return ScaleTwips;
+    bool ok = false;
+    const int mode = m_form->property(ScaleModeProperty).toInt(&ok);
+    return ok && isValidScaleMode(mode) ? mode : ScaleTwips;
+}
+
+const QPixmap &QtForm::picture() const
+{
+    static const QPixmap none;
+    return m_pictureLayer ? m_pictureLayer->pixmap : none;
+}
+
+void QtForm::setPicture(const QPixmap &pixmap)
+{
+    if (!m_pictureLayer || (pixmap.isNull() && m_pictureLayer->pixmap.isNull()))
+        return;
+    m_pictureLayer->pixmap = pixmap;
+    m_form->update();
+}
+
+void QtForm::beginUpdate()
+{
+    if (m_form && m_updateDepth++ == 0)
+        m_form->setUpdatesEnabled(false);
+}
+
+void QtForm::endUpdate()
+{
+    // Re-enabling updates schedules the one repaint of the whole pass.
+    if (m_form && m_updateDepth > 0 && --m_updateDepth == 0)
+        m_form->setUpdatesEnabled(true);
+}
+
+GetResult QtForm::get(std::string_view name)
+{
+    if (!m_form)
+        return hostError(HostErrc::Failed, "The form is gone");
+    QWidget *win = window();
+    const QRect frame = win->frameGeometry();
+    const int mode = scaleMode();
+    if (name == "Name") {
+        auto *main = qobject_cast<QMainWindow *>(m_form->parentWidget());
+        const bool central = main && main->centralWidget() == m_form;
+        return Value((central ? main->objectName() : m_form->objectName()).toStdString());
+    }
+    if (name == "ScaleWidth")
+        return Value(static_cast<float>(pixelsToUnits(m_form->width(), mode, Axis::X)));
+    if (name == "ScaleHeight")
+        return Value(static_cast<float>(pixelsToUnits(m_form->height(), mode, Axis::Y)));
+    if (name == "ScaleMode")
+        return Value(mode);
+    if (name == "Picture")
+        return Value(QtPicture::make(picture()));
+    if (name == "BackColor")
+        return Value(colorToHost(m_form->palette().color(m_form->backgroundRole())));
+    if (name == "Left")
+        return Value(static_cast<float>(pixelsToUnits(frame.x(), ScaleTwips, Axis::X)));
+    if (name == "Top")
+        return Value(static_cast<float>(pixelsToUnits(frame.y(), ScaleTwips, Axis::Y)));
+    if (name == "Width")
+        return Value(static_cast<float>(pixelsToUnits(frame.width(), ScaleTwips, Axis::X)));
+    if (name == "Height")
+        return Value(static_cast<float>(pixelsToUnits(frame.height(), ScaleTwips, Axis::Y)));
+    if (name == "WindowState") {
+        const Qt::WindowStates s = win->windowState();
+        return Value(s & Qt::WindowMinimized ? 1 : (s & Qt::WindowMaximized ? 2 : 0));
+    }
+    if (name == "Caption")
+        return Value(win->windowTitle().toStdString());
+    if (name == "Visible")
+        return Value(win->isVisible());
+    if (name == "Enabled")
+        return Value(win->isEnabled());
+    if (name == "MDIChild")
+        return Value(qobject_cast<QMdiSubWindow *>(win) != nullptr);
+    if (name == "Font") {
+        QPointer<QWidget> f = m_form;
+        return Value(std::make_shared<QtFont>(
+            [f]() -> std::optional<QFont> {
+                if (!f)
+                    return std::nullopt;
+                return f->font();
+            },
+            [f](const QFont &font) { return f && (f->setFont(font), true); }));
+    }
+    return noSuchMember(name);
+}
+
+SetResult QtForm::set(std::string_view name, const Value &value)
+{
+    if (!m_form)
+        return hostError(HostErrc::Failed, "The form is gone");
+    QWidget *win = window();
+    if (name == "ScaleMode") {
+        const auto mode = value.toLong();
+        if (!mode || !isValidScaleMode(*mode))
+            return hostError(HostErrc::InvalidValue, "Invalid property value");
+        m_form->setProperty(ScaleModeProperty, static_cast<int>(*mode));
+        return Done{};
+    }
+    if (name == "Picture") {
+        QPixmap pm;
+        if (!QtPicture::fromValue(value, pm))
+            return typeMismatch();
+        setPicture(pm);
+        return Done{};
+    }
+    if (name == "Left" || name == "Top" || name == "Width" || name == "Height") {
+        const auto twips = value.toDouble();
+        const bool horizontal = name == "Left" || name == "Width";
+        bool ok = false;
+        const int px = twips ? unitsToPixels(*twips, ScaleTwips, horizontal ? Axis::X : Axis::Y, &ok) : 0;
+        if (!ok || ((name == "Width" || name == "Height") && px < 0))
+            return hostError(HostErrc::InvalidValue, "Invalid property value");
+        const QRect frame = win->frameGeometry();
+        if (name == "Left")
+            win->move(px, frame.y());
+        else if (name == "Top")
+            win->move(frame.x(), px);
+        else if (name == "Width") // the frame counts: take the decoration off
+            win->resize(qMax(0, px - (frame.width() - win->width())), win->height());
+        else
+            win->resize(win->width(), qMax(0, px - (frame.height() - win->height())));
+        return Done{};
+    }
+    if (name == "WindowState") {
+        const auto s = value.toLong();
+        if (!s || *s < 0 || *s > 2)
+            return hostError(HostErrc::InvalidValue, "Invalid property value");
+        const Qt::WindowStates keep = win->windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+        win->setWindowState(keep | (*s == 1 ? Qt::WindowMinimized : *s == 2 ? Qt::WindowMaximized : Qt::WindowNoState));
+        return Done{};
+    }
+    if (name == "Caption") {
+        const auto text = value.toText();
+        if (!text)
+            return typeMismatch();
+        win->setWindowTitle(QString::fromStdString(*text));
+        return Done{};
+    }
+    if (name == "Visible" || name == "Enabled") {
+        const auto on = value.toBool();
+        if (!on)
+            return typeMismatch();
+        if (name == "Visible")
+            win->setVisible(*on);
+        else
+            win->setEnabled(*on);
+        return Done{};
+    }
+    return noSuchMember(name);
+}
+
+GetResult QtForm::call(std::string_view method, const std::vector<Value> &args)
+{
+    if (!m_form)
+        return hostError(HostErrc::Failed, "The form is gone");
+    if (method == "ScaleX" || method == "ScaleY") {
+        if (args.size() != 3)
+            return hostError(HostErrc::InvalidValue, "ScaleX and ScaleY take a value, a from-mode and a to-mode");
+        const auto v = args[0].toDouble();
+        const auto from = args[1].toLong();
+        const auto to = args[2].toLong();
+        double out = 0;
+        if (!v || !from || !to || !convertUnits(*v, *from, *to, method == "ScaleX" ? Axis::X : Axis::Y, out))
+            return hostError(HostErrc::InvalidValue, "Invalid scale mode");
+        return Value(static_cast<float>(out));
+    }
+    if (method == "Refresh") {
+        m_form->update();
+        return Value();
+    }
+    if (method == "Hide" || method == "Show") {
+        window()->setVisible(method == "Show");
+        return Value();
+    }
+    return noSuchMember(method);
+}
+
+} // namespace velmora::qt

@@ -1,0 +1,181 @@
+// Which widgets and menus of a form are its controls, and their adapters.
+#include "qt/QtForm.h"
+
+#include "qt/QtControl.h"
+#include "qt/QtMenuItem.h"
+
+#include <QAbstractScrollArea>
+#include <QAbstractSpinBox>
+#include <QAction>
+#include <QCalendarWidget>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScrollArea>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QToolBox>
+
+namespace velmora::qt {
+
+namespace {
+
+bool isQtInternal(const QObject *o)
+{
+    return o->objectName().startsWith(QLatin1String("qt_"));
+}
+
+// Widgets whose children are their own machinery, not the developer's.
+bool isComposite(const QWidget *w)
+{
+    return qobject_cast<const QAbstractScrollArea *>(w) || qobject_cast<const QAbstractSpinBox *>(w)
+        || qobject_cast<const QComboBox *>(w) || qobject_cast<const QCalendarWidget *>(w)
+        || qobject_cast<const QDialogButtonBox *>(w) || qobject_cast<const QLineEdit *>(w)
+        || qobject_cast<const QTabBar *>(w) || qobject_cast<const QMenuBar *>(w)
+        || w->inherits("VelmoraControl");
+}
+
+QMenuBar *menuBarOf(QWidget *form)
+{
+    QWidget *top = form->window();
+    if (auto *main = qobject_cast<QMainWindow *>(top))
+        if (auto *bar = qobject_cast<QMenuBar *>(main->menuWidget()))
+            return bar;
+    for (QWidget *w : {form, top})
+        for (QObject *child : w->children())
+            if (auto *bar = qobject_cast<QMenuBar *>(child))
+                return bar;
+    return nullptr;
+}
+
+void collectActions(const QList<QAction *> &actions, std::vector<QObject *> &out)
+{
+    for (QAction *a : actions) {
+        if (a->isSeparator())
+            continue;
+        if (QMenu *menu = a->menu()) {
+            if (!menu->objectName().isEmpty() && !isQtInternal(menu))
+                out.push_back(menu);
+            collectActions(menu->actions(), out);
+        } else if (!a->objectName().isEmpty() && !isQtInternal(a)) {
+            out.push_back(a);
+        }
+    }
+}
+
+} // namespace
+
+void QtForm::collect(QWidget *parent, std::vector<QWidget *> &out) const
+{
+    for (QObject *child : parent->children()) {
+        auto *w = qobject_cast<QWidget *>(child);
+        if (!w || w->isWindow() || isQtInternal(w))
+            continue;
+        out.push_back(w);
+        // Pages of tab widgets and tool boxes are not controls; what they
+        // hold is.
+        if (auto *tabs = qobject_cast<QTabWidget *>(w)) {
+            for (int i = 0; i < tabs->count(); ++i)
+                if (QWidget *page = tabs->widget(i))
+                    collect(page, out);
+        } else if (auto *box = qobject_cast<QToolBox *>(w)) {
+            for (int i = 0; i < box->count(); ++i)
+                if (QWidget *page = box->widget(i))
+                    collect(page, out);
+        } else if (auto *area = qobject_cast<QScrollArea *>(w)) {
+            if (QWidget *content = area->widget(); content && !isQtInternal(content)) {
+                out.push_back(content);
+                collect(content, out);
+            }
+        } else if (!isComposite(w)) {
+            collect(w, out);
+        }
+    }
+}
+
+void QtForm::collectMenus(std::vector<QObject *> &out) const
+{
+    if (QMenuBar *bar = menuBarOf(m_form))
+        collectActions(bar->actions(), out);
+}
+
+QString QtForm::uniqueName(QObject *object, const QString &wanted)
+{
+    // Keys must be unique on a form; a form built in code may repeat a name
+    // or leave widgets unnamed.
+    const QVariant indexProperty = object->property("Index");
+    bool indexed = false;
+    const int index = indexProperty.toInt(&indexed);
+    const QString suffix = indexed && index >= 0 ? QStringLiteral("(%1)").arg(index) : QString();
+    const QString className = QString::fromLatin1(object->metaObject()->className());
+    const QString base = wanted.isEmpty()
+        ? className + QLatin1Char('#') + QString::number(++m_unnamedCount[className])
+        : wanted;
+    QString name = base;
+    for (int n = 2;; ++n) {
+        auto it = m_keysInUse.constFind(name + suffix);
+        if (it == m_keysInUse.cend() || !it.value() || it.value() == object)
+            break;
+        name = base + QLatin1Char('#') + QString::number(n);
+    }
+    m_keysInUse.insert(name + suffix, object);
+    return name == object->objectName() ? QString() : name;
+}
+
+HostObjectPtr QtForm::adapterFor(QObject *object)
+{
+    if (!object)
+        return nullptr;
+    if (auto it = m_adapters.constFind(object); it != m_adapters.cend() && it->alive())
+        return it->adapter;
+    HostObjectPtr adapter;
+    if (auto *menu = qobject_cast<QMenu *>(object)) {
+        adapter = std::make_shared<QtMenuItem>(menu, nullptr);
+    } else if (auto *action = qobject_cast<QAction *>(object)) {
+        adapter = std::make_shared<QtMenuItem>(nullptr, action);
+    } else if (auto *w = qobject_cast<QWidget *>(object)) {
+        adapter = std::make_shared<QtControl>(weak_from_this(), w, uniqueName(w, w->objectName()));
+    }
+    m_adapters.insert(object, Adapter{QPointer<QObject>(object), adapter});
+    return adapter;
+}
+
+std::vector<HostObjectPtr> QtForm::controls()
+{
+    std::vector<HostObjectPtr> result;
+    if (!m_form)
+        return result;
+    // Forget adapters of objects that are gone, so that a new object at a
+    // recycled address is never mistaken for an old one.
+    for (auto it = m_adapters.begin(); it != m_adapters.end();)
+        it = it->alive() ? std::next(it) : m_adapters.erase(it);
+
+    std::vector<QWidget *> widgets;
+    collect(m_form, widgets);
+    std::vector<QObject *> menus;
+    collectMenus(menus);
+    result.reserve(widgets.size() + menus.size());
+    for (QWidget *w : widgets)
+        result.push_back(adapterFor(w));
+    for (QObject *m : menus)
+        result.push_back(adapterFor(m));
+    m_enumerated = true;
+    return result;
+}
+
+HostObjectPtr QtForm::containerOf(QWidget *w)
+{
+    if (!m_enumerated)
+        controls();
+    for (QWidget *p = w ? w->parentWidget() : nullptr; p && p != m_form; p = p->parentWidget()) {
+        auto it = m_adapters.constFind(p);
+        if (it != m_adapters.cend() && it->alive() && dynamic_cast<QtControl *>(it->adapter.get()))
+            return it->adapter;
+    }
+    return shared_from_this();
+}
+
+} // namespace velmora::qt

@@ -1,0 +1,51 @@
+#include "qt/QtPicture.h"
+
+#include "qt/QtUnits.h"
+
+namespace velmora::qt {
+
+HostObjectPtr QtPicture::make(const QPixmap &pixmap)
+{
+    return std::make_shared<QtPicture>(pixmap);
+}
+
+bool QtPicture::fromValue(const Value &value, QPixmap &out)
+{
+    if (value.isEmpty()) {
+        out = QPixmap();
+        return true;
+    }
+    if (!value.isObject())
+        return false;
+    HostObjectPtr obj = value.toObject();
+    if (!obj) {
+        out = QPixmap();
+        return true;
+    }
+    auto *pic = dynamic_cast<QtPicture *>(obj.get());
+    if (!pic)
+        return false;
+    out = pic->pixmap();
+    return true;
+}
+
+GetResult QtPicture::get(std::string_view name)
+{
+    const QSizeF size = m_pixmap.isNull() ? QSizeF() : m_pixmap.deviceIndependentSize();
+    if (name == "Width")
+        return Value(static_cast<float>(size.width() * twipsPerPixel(Axis::X)));
+    if (name == "Height")
+        return Value(static_cast<float>(size.height() * twipsPerPixel(Axis::Y)));
+    if (name == "Type")
+        return Value(m_pixmap.isNull() ? 0 : 1);
+    return noSuchMember(name);
+}
+
+SetResult QtPicture::set(std::string_view name, const Value &)
+{
+    if (name == "Width" || name == "Height" || name == "Type")
+        return hostError(HostErrc::ReadOnly, "Property is read-only");
+    return noSuchMember(name);
+}
+
+} // namespace velmora::qt

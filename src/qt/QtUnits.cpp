@@ -1,0 +1,79 @@
+#include "qt/QtUnits.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <cmath>
+#include <limits>
+
+namespace velmora::qt {
+
+double twipsPerPixel(Axis axis)
+{
+    constexpr double fallbackDpi = 96.0;
+    double dpi = fallbackDpi;
+    if (QGuiApplication::instance()) {
+        if (const QScreen *screen = QGuiApplication::primaryScreen())
+            dpi = axis == Axis::X ? screen->logicalDotsPerInchX() : screen->logicalDotsPerInchY();
+    }
+    if (!(dpi > 0))
+        dpi = fallbackDpi;
+    return 1440.0 / dpi;
+}
+
+double twipsPerUnit(int mode, Axis axis)
+{
+    switch (mode) {
+    case ScaleTwips:
+        return 1.0;
+    case ScalePoints:
+        return 20.0;
+    case ScalePixels:
+        return twipsPerPixel(axis);
+    case ScaleCharacters:
+        return axis == Axis::X ? 120.0 : 240.0;
+    case ScaleInches:
+        return 1440.0;
+    case ScaleMillimeters:
+        return 1440.0 / 25.4;
+    case ScaleCentimeters:
+        return 14400.0 / 25.4;
+    default:
+        return 0.0;
+    }
+}
+
+bool isValidScaleMode(int mode)
+{
+    return twipsPerUnit(mode, Axis::X) > 0.0;
+}
+
+bool convertUnits(double value, int from, int to, Axis axis, double &out)
+{
+    const double f = twipsPerUnit(from, axis);
+    const double t = twipsPerUnit(to, axis);
+    if (f <= 0.0 || t <= 0.0)
+        return false;
+    out = from == to ? value : value * f / t;
+    return true;
+}
+
+double pixelsToUnits(int pixels, int mode, Axis axis)
+{
+    if (mode == ScalePixels)
+        return pixels;
+    const double perUnit = twipsPerUnit(mode, axis);
+    return perUnit > 0.0 ? pixels * twipsPerPixel(axis) / perUnit : 0.0;
+}
+
+int unitsToPixels(double units, int mode, Axis axis, bool *ok)
+{
+    const double perUnit = twipsPerUnit(mode, axis);
+    const double px = mode == ScalePixels ? units : units * perUnit / twipsPerPixel(axis);
+    const bool valid = perUnit > 0.0 && std::isfinite(px) && std::fabs(px) < std::numeric_limits<int>::max() / 2;
+    if (ok)
+        *ok = valid;
+    return valid ? static_cast<int>(std::nearbyint(px)) : 0;
+}
+
+} // namespace velmora::qt

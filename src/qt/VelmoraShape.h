@@ -1,0 +1,59 @@
+// Velmora - a plain geometric shape for absolutely positioned forms.
+//
+// Forms use it for panels, badges and separators drawn behind other
+// controls: a rectangle, square, oval, circle or rounded variant painted
+// inside the widget's own rectangle, so resizing the widget resizes the
+// shape and nothing is ever drawn outside it.
+#pragma once
+
+#include <QColor>
+#include <QRectF>
+#include <QWidget>
+
+class VelmoraShape : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(Shape Shape READ shape WRITE setShape DESIGNABLE true)
+    Q_PROPERTY(int BorderWidth READ borderWidth WRITE setBorderWidth DESIGNABLE true)
+    Q_PROPERTY(QColor BorderColor READ borderColor WRITE setBorderColor DESIGNABLE true)
+    Q_PROPERTY(QColor FillColor READ fillColor WRITE setFillColor DESIGNABLE true)
+
+public:
+    enum Shape { Rectangle, Square, Oval, Circle, RoundedRectangle, RoundedSquare };
+    Q_ENUM(Shape)
+
+    explicit VelmoraShape(QWidget *parent = nullptr);
+
+    Shape shape() const { return m_shape; }
+    void setShape(Shape shape);
+
+    // 0 draws no outline at all.
+    int borderWidth() const { return m_borderWidth; }
+    void setBorderWidth(int width);
+
+    // An invalid colour means the palette's WindowText colour.
+    QColor borderColor() const { return m_borderColor; }
+    void setBorderColor(const QColor &color);
+
+    // Fully transparent (the default) leaves whatever is behind visible.
+    QColor fillColor() const { return m_fillColor; }
+    void setFillColor(const QColor &color);
+
+    // The rectangle the outline is stroked along, in widget coordinates:
+    // the squared-off part of the widget for the square kinds, pulled in by
+    // half the pen so the whole stroke stays inside the widget.
+    QRectF shapeRect() const;
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool isSquareKind() const;
+
+    Shape m_shape = Rectangle;
+    int m_borderWidth = 1;
+    QColor m_borderColor;
+    QColor m_fillColor = QColor(Qt::transparent);
+};

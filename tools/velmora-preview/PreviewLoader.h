@@ -1,0 +1,28 @@
+// Velmora - loads .ui forms for the preview: knows Velmora's own widgets, and
+// falls back to the Qt class a custom widget extends when it cannot create
+// the custom class itself.
+#pragma once
+
+#include <QHash>
+#include <QStringList>
+#include <QUiLoader>
+
+class PreviewLoader : public QUiLoader {
+public:
+    explicit PreviewLoader(QObject *parent = nullptr);
+
+    QWidget *createWidget(const QString &className, QWidget *parent = nullptr,
+                          const QString &name = QString()) override;
+
+    // Loads a form from a file; on failure returns nullptr and sets *error.
+    QWidget *loadFile(const QString &path, QWidget *parent, QString *error);
+
+    // "class (name) created as base" lines, one per fallback.
+    const QStringList &warnings() const { return m_warnings; }
+
+private:
+    void readCustomWidgets(const QByteArray &ui);
+
+    QHash<QString, QString> m_extends;
+    QStringList m_warnings;
+};

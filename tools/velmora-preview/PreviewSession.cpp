@@ -1,0 +1,116 @@
+#include "PreviewSession.h"
+
+#include "PreviewLoader.h"
+#include "control/VelmoraControl.h"
+#include "control/VelmoraControl_p.h"
+#include "qt/QtControl.h"
+#include "qt/QtForm.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMainWindow>
+
+#include <memory>
+
+// The sample lives in a static library: its resources must be pulled in.
+static void initSampleResources()
+{
+    Q_INIT_RESOURCE(sample);
+}
+
+namespace {
+
+void settle()
+{
+    // Let pending resize, layout and paint events through.
+    for (int i = 0; i < 3; ++i)
+        QApplication::processEvents();
+}
+
+} // namespace
+
+bool PreviewSession::load(const QString &path, QString *error)
+{
+    initSampleResources();
+    PreviewLoader loader;
+    const QString file = path.isEmpty() ? QStringLiteral(":/velmora-sample/sample.ui") : path;
+    m_root = loader.loadFile(file, nullptr, error);
+    m_warnings = loader.warnings();
+    if (!m_root)
+        return false;
+    m_root->setAttribute(Qt::WA_DeleteOnClose);
+    QWidget *host = form();
+    m_control = host->findChild<VelmoraControl *>();
+    if (!m_control)
+        m_control = new VelmoraControl(host);
+    return true;
+}
+
+QWidget *PreviewSession::form() const
+{
+    if (auto *main = qobject_cast<QMainWindow *>(m_root.data()))
+        return main->centralWidget() ? main->centralWidget() : main;
+    return m_root;
+}
+
+void PreviewSession::show()
+{
+    m_root->show();
+    settle();
+}
+
+void PreviewSession::resizeForm(const QSize &size)
+{
+    QWidget *f = form();
+    const QSize chrome = m_root->size() - f->size();
+    m_root->resize(size + chrome);
+    settle();
+}
+
+QJsonObject PreviewSession::snapshot(bool design) const
+{
+    QJsonObject entry;
+    QWidget *f = form();
+    entry.insert(QStringLiteral("width"), f->width());
+    entry.insert(QStringLiteral("height"), f->height());
+    entry.insert(QStringLiteral("design"), design);
+    QJsonArray controls;
+    if (!m_control)
+        return entry;
+    const auto &host = VelmoraControlPrivate::get(m_control)->driver.hostForm();
+    if (!host)
+        return entry;
+    for (const auto &c : host->controls()) {
+        auto *ctl = dynamic_cast<velmora::qt::QtControl *>(c.get());
+        if (!ctl || !ctl->widget())
+            continue;
+        QWidget *w = ctl->widget();
+        QJsonObject o;
+        o.insert(QStringLiteral("class"), QString::fromLatin1(w->metaObject()->className()));
+        o.insert(QStringLiteral("name"), ctl->name());
+        auto container = host->containerOf(w);
+        auto *containerCtl = dynamic_cast<velmora::qt::QtControl *>(container.get());
+        o.insert(QStringLiteral("container"), containerCtl ? containerCtl->name() : QString());
+        o.insert(QStringLiteral("x"), w->x());
+        o.insert(QStringLiteral("y"), w->y());
+        o.insert(QStringLiteral("width"), w->width());
+        o.insert(QStringLiteral("height"), w->height());
+        o.insert(QStringLiteral("fontSize"), w->font().pointSizeF());
+        o.insert(QStringLiteral("managed"), velmora::qt::QtControl::geometryManaged(w));
+        controls.append(o);
+    }
+    entry.insert(QStringLiteral("controls"), controls);
+    return entry;
+}
+
+bool PreviewSession::screenshot(const QString &dir, QString *file) const
+{
+    QDir().mkpath(dir);
+    const QString name = QStringLiteral("%1/%2-%3x%4.png")
+                             .arg(dir, m_root->objectName().isEmpty() ? QStringLiteral("form") : m_root->objectName())
+                             .arg(form()->width())
+                             .arg(form()->height());
+    if (file)
+        *file = name;
+    return m_root->grab().save(name);
+}

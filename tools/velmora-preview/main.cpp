@@ -1,0 +1,125 @@
+// velmora-preview: open an absolutely positioned .ui form (or the built-in
+// sample) with a VelmoraControl on it, resize it by hand, or render it at
+// given sizes without a display.
+#include "PreviewSession.h"
+
+#include "control/VelmoraControl.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <QWidget>
+
+#include <cstdio>
+
+namespace {
+
+bool parseSize(const QString &text, QSize &out)
+{
+    static const QRegularExpression re(QStringLiteral("^(\\d{1,5})[xX](\\d{1,5})$"));
+    const auto m = re.match(text.trimmed());
+    if (!m.hasMatch())
+        return false;
+    out = QSize(m.captured(1).toInt(), m.captured(2).toInt());
+    return out.width() > 0 && out.height() > 0;
+}
+
+bool wantsHeadless(int argc, char **argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray a(argv[i]);
+        if (a.startsWith("--size") || a.startsWith("--screenshot") || a == "--report")
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // Rendering to files needs no display.
+    if (wantsHeadless(argc, argv) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("velmora-preview"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Shows an absolutely positioned Qt Designer form scaled by Velmora. Without FORM.ui, shows the "
+        "built-in sample form."));
+    parser.addHelpOption();
+    parser.addPositionalArgument(QStringLiteral("FORM.ui"), QStringLiteral("The form to open."), QStringLiteral("[FORM.ui]"));
+    QCommandLineOption sizeOption(QStringLiteral("size"),
+                                  QStringLiteral("Render the form at WxH pixels (repeatable)."), QStringLiteral("WxH"));
+    QCommandLineOption shotOption(QStringLiteral("screenshot"),
+                                  QStringLiteral("Save a PNG of each size into DIR."), QStringLiteral("DIR"));
+    QCommandLineOption reportOption(QStringLiteral("report"),
+                                    QStringLiteral("Print every control's class, name, geometry and font size "
+                                                   "per size, as JSON."));
+    parser.addOptions({sizeOption, shotOption, reportOption});
+    parser.process(app);
+
+    QList<QSize> sizes;
+    for (const QString &s : parser.values(sizeOption)) {
+        QSize size;
+        if (!parseSize(s, size)) {
+            std::fprintf(stderr, "velmora-preview: bad size '%s' (expected WxH)\n", qPrintable(s));
+            return 2;
+        }
+        sizes << size;
+    }
+    const QStringList args = parser.positionalArguments();
+    if (args.size() > 1) {
+        std::fprintf(stderr, "velmora-preview: one form at a time\n");
+        return 2;
+    }
+
+    PreviewSession session;
+    QString error;
+    if (!session.load(args.value(0), &error)) {
+        std::fprintf(stderr, "velmora-preview: %s\n", qPrintable(error));
+        return 1;
+    }
+    for (const QString &w : session.warnings())
+        std::fprintf(stderr, "velmora-preview: warning: %s\n", qPrintable(w));
+
+    const bool headless = !sizes.isEmpty() || parser.isSet(shotOption) || parser.isSet(reportOption);
+    if (!headless) {
+        session.show();
+        return app.exec();
+    }
+
+    // Passes run as each size is applied instead of after a pause.
+    session.control()->setResizeOnMouseUp(false);
+    session.show();
+    QJsonArray report;
+    const auto record = [&](bool design) {
+        if (parser.isSet(reportOption))
+            report.append(session.snapshot(design));
+        if (parser.isSet(shotOption)) {
+            QString file;
+            if (!session.screenshot(parser.value(shotOption), &file)) {
+                std::fprintf(stderr, "velmora-preview: cannot write %s\n", qPrintable(file));
+                return false;
+            }
+            std::fprintf(stderr, "velmora-preview: wrote %s\n", qPrintable(file));
+        }
+        return true;
+    };
+    if (!record(true))
+        return 1;
+    for (const QSize &size : sizes) {
+        session.resizeForm(size);
+        if (!record(false))
+            return 1;
+    }
+    if (parser.isSet(reportOption)) {
+        QJsonObject doc;
+        doc.insert(QStringLiteral("form"), session.root()->objectName());
+        doc.insert(QStringLiteral("sizes"), report);
+        std::fputs(QJsonDocument(doc).toJson(QJsonDocument::Indented).constData(), stdout);
+    }
+    return 0;
+}
