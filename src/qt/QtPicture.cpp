@@ -31,7 +31,7 @@ bool QtPicture::fromValue(const Value &value, QPixmap &out)
 
 GetResult QtPicture::get(std::string_view name)
 {
-    const QSizeF size = m_pixmap.isNull() ? QSizeF() : m_pixmap.deviceIndependentSize();
+    const QSizeF size = m_pixmap.isNull() ? QSizeF(0, 0) : m_pixmap.deviceIndependentSize();
     if (name == "Width")
         return Value(static_cast<float>(size.width() * twipsPerPixel(Axis::X)));
     if (name == "Height")

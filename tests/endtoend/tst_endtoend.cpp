@@ -1,0 +1,251 @@
+// Whole forms, built by uic, by QUiLoader and in code, scaled through a
+// VelmoraControl as a user resizes them.
+#include "PreviewLoader.h"
+#include "control/VelmoraControl.h"
+#include "ui_scaleform.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QPainter>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+enum class Builder { Uic, Loader, Code };
+
+struct UicForm : QWidget {
+    UicForm() { ui.setupUi(this); }
+    Ui::ScaleForm ui;
+};
+
+// The same form three ways: 1000 x 1000 pixels, in ScaleMode pixels, with a
+// button at (100, 200, 300, 400) and a check box inside a group box.
+std::unique_ptr<QWidget> buildForm(Builder builder)
+{
+    switch (builder) {
+    case Builder::Uic:
+        return std::make_unique<UicForm>();
+    case Builder::Loader: {
+        PreviewLoader loader;
+        QString error;
+        std::unique_ptr<QWidget> w(loader.loadFile(QFINDTESTDATA("scaleform.ui"), nullptr, &error));
+        if (!w)
+            qWarning() << error;
+        return w;
+    }
+    case Builder::Code:
+        break;
+    }
+    auto form = std::make_unique<QWidget>();
+    form->setProperty("ScaleMode", 3);
+    // The control may come first, before the form has its size or widgets.
+    auto *velmora = new VelmoraControl(form.get());
+    velmora->setResizeOnMouseUp(false);
+    form->resize(1000, 1000);
+    auto *target = new QPushButton(QStringLiteral("Target"), form.get());
+    target->setObjectName("target");
+    target->setGeometry(100, 200, 300, 400);
+    QFont f = target->font();
+    f.setPointSize(10);
+    target->setFont(f);
+    auto *group = new QGroupBox(form.get());
+    group->setObjectName("group");
+    group->setGeometry(500, 100, 400, 300);
+    auto *check = new QCheckBox(group);
+    check->setObjectName("inGroup");
+    check->setGeometry(40, 60, 200, 30);
+    return form;
+}
+
+VelmoraControl *showAndWait(QWidget *form)
+{
+    form->show();
+    auto *velmora = form->findChild<VelmoraControl *>();
+    if (velmora && !QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000))
+        return nullptr;
+    return velmora;
+}
+
+QPixmap detailedPixmap()
+{
+    QPixmap pm(80, 60);
+    pm.fill(Qt::white);
+    QPainter p(&pm);
+    for (int i = 0; i < 80; i += 4)
+        p.fillRect(i, (i * 7) % 60, 2, 9, QColor::fromHsv((i * 9) % 360, 255, 200));
+    return pm;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Builder)
+
+class tst_EndToEnd : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void scalesWholeForm_data();
+    void scalesWholeForm();
+    void picturesNeverDegrade();
+    void resizeOnMouseUpDefersThePass();
+    void onePaintPerPass();
+    void resetTakesPresentLayout();
+    void controlAddedToShownForm();
+    void mainWindowCentralWidgetIsTheForm();
+};
+
+void tst_EndToEnd::scalesWholeForm_data()
+{
+    QTest::addColumn<Builder>("builder");
+    QTest::newRow("uic") << Builder::Uic;
+    QTest::newRow("QUiLoader") << Builder::Loader;
+    QTest::newRow("code") << Builder::Code;
+}
+
+void tst_EndToEnd::scalesWholeForm()
+{
+    QFETCH(Builder, builder);
+    auto form = buildForm(builder);
+    QVERIFY(form);
+    QVERIFY(showAndWait(form.get()));
+    auto *target = form->findChild<QPushButton *>("target");
+    auto *group = form->findChild<QGroupBox *>("group");
+    auto *check = form->findChild<QCheckBox *>("inGroup");
+
+    form->resize(2000, 1500);
+    QCOMPARE(target->geometry(), QRect(200, 300, 600, 600));
+    QCOMPARE(target->font().pointSizeF(), 15.0);
+    QCOMPARE(group->geometry(), QRect(1000, 150, 800, 450));
+    QCOMPARE(check->geometry(), QRect(80, 90, 400, 45)); // by its group box
+
+    form->resize(1000, 1000);
+    QCOMPARE(target->geometry(), QRect(100, 200, 300, 400));
+    QCOMPARE(target->font().pointSizeF(), 10.0);
+}
+
+void tst_EndToEnd::picturesNeverDegrade()
+{
+    auto form = buildForm(Builder::Code);
+    auto *label = new QLabel(form.get());
+    label->setObjectName("picture");
+    label->setGeometry(10, 10, 80, 60);
+    const QPixmap original = detailedPixmap();
+    label->setPixmap(original);
+    auto *velmora = showAndWait(form.get());
+    QVERIFY(velmora);
+
+    for (int i = 0; i < 20; ++i) {
+        form->resize(2000, 1500);
+        form->resize(500, 600);
+    }
+    form->resize(2000, 1500);
+    QCOMPARE(label->size(), QSize(160, 90));
+    const QImage direct = velmora->ScalePicture(original, 2.0, 1.5).toImage();
+    QCOMPARE(direct.size(), QSize(160, 90));
+    QCOMPARE(label->pixmap().toImage().convertToFormat(direct.format()), direct);
+}
+
+void tst_EndToEnd::resizeOnMouseUpDefersThePass()
+{
+    auto form = buildForm(Builder::Code);
+    auto *velmora = showAndWait(form.get());
+    velmora->setResizeOnMouseUp(true);
+    auto *target = form->findChild<QPushButton *>("target");
+    QSignalSpy done(velmora, &VelmoraControl::ResizeDone);
+
+    // A drag: several resizes in quick succession.
+    form->resize(1200, 1100);
+    form->resize(1600, 1300);
+    form->resize(2000, 1500);
+    QCoreApplication::processEvents();
+    QCOMPARE(target->geometry(), QRect(100, 200, 300, 400));
+    QCOMPARE(done.count(), 0);
+
+    QTRY_COMPARE(target->geometry(), QRect(200, 300, 600, 600));
+    QTest::qWait(200);
+    QCOMPARE(done.count(), 1);
+}
+
+void tst_EndToEnd::onePaintPerPass()
+{
+    struct PaintCounter : QObject {
+        int paints = 0;
+        bool eventFilter(QObject *, QEvent *e) override
+        {
+            paints += e->type() == QEvent::Paint;
+            return false;
+        }
+    } counter;
+    auto form = buildForm(Builder::Code);
+    QVERIFY(showAndWait(form.get()));
+    auto *target = form->findChild<QPushButton *>("target");
+    QTest::qWait(50);
+    target->installEventFilter(&counter);
+    form->resize(2000, 1500);
+    QTRY_VERIFY(counter.paints > 0);
+    QTest::qWait(50);
+    QCOMPARE(counter.paints, 1);
+}
+
+void tst_EndToEnd::resetTakesPresentLayout()
+{
+    auto form = buildForm(Builder::Code);
+    form->setProperty("ScaleMode", 1);
+    auto *velmora = showAndWait(form.get());
+    auto *target = form->findChild<QPushButton *>("target");
+    form->resize(2000, 1500);
+    QCOMPARE(target->font().pointSizeF(), 15.0);
+
+    velmora->Reset();
+    form->resize(1000, 750);
+    // Scaled from the layout at Reset, not from the design.
+    QCOMPARE(target->font().pointSizeF(), 7.5);
+    QCOMPARE(target->geometry(), QRect(100, 150, 300, 300));
+}
+
+void tst_EndToEnd::controlAddedToShownForm()
+{
+    QWidget form;
+    form.resize(400, 300);
+    auto *label = new QLabel(QStringLiteral("late"), &form);
+    label->setObjectName("label");
+    label->setGeometry(40, 30, 100, 20);
+    form.show();
+    QCoreApplication::processEvents();
+
+    auto *velmora = new VelmoraControl(&form);
+    velmora->setResizeOnMouseUp(false);
+    QTRY_VERIFY(velmora->isFormReady());
+    form.resize(800, 600);
+    QCOMPARE(label->geometry(), QRect(80, 60, 200, 40));
+}
+
+void tst_EndToEnd::mainWindowCentralWidgetIsTheForm()
+{
+    QMainWindow main;
+    main.menuBar()->addMenu("File")->setObjectName("mnuFile");
+    auto *central = new QWidget;
+    main.setCentralWidget(central);
+    auto *label = new QLabel(QStringLiteral("in the centre"), central);
+    label->setGeometry(50, 40, 200, 30);
+    auto *velmora = new VelmoraControl(&main); // placed on the window itself
+    velmora->setResizeOnMouseUp(false);
+    main.resize(600, 400);
+    main.show();
+    QTRY_VERIFY(velmora->isFormReady());
+    QCOMPARE(velmora->form(), central);
+
+    const QSize before = central->size();
+    main.resize(main.width() + before.width(), main.height() + before.height());
+    QCOMPARE(central->size(), before * 2);
+    QCOMPARE(label->geometry(), QRect(100, 80, 400, 60));
+}
+
+QTEST_MAIN(tst_EndToEnd)
+#include "tst_endtoend.moc"
