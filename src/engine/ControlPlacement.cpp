@@ -112,30 +112,20 @@ SetResult ResizeEngine::AdjustPosition(HostObject &ctrl)
     // A control the application moved or sized since the last pass keeps its
     // new place as its design place, divided back to design scale.
     if (FormReady) {
-        if (left && rec.LastLeft != g.L && rec.LastLeft + OffPageOffset != g.L) {
-            if (auto v = divide(g.L, rec.xScale)) {
-                rec.Left = *v;
-                d.L = rec.Left;
+        // Only edges that can be read, and not a move to or from a hidden page.
+        const auto rebase = [](bool readable, bool moved, float now, float scale, float &design, float &working) {
+            if (!readable || !moved)
+                return;
+            if (auto v = divide(now, scale)) {
+                design = *v;
+                working = design;
             }
-        }
-        if (top && rec.LastTop != g.T) {
-            if (auto v = divide(g.T, rec.yScale)) {
-                rec.Top = *v;
-                d.T = rec.Top;
-            }
-        }
-        if (width && rec.LastWidth != g.W) {
-            if (auto v = divide(g.W, rec.xScale)) {
-                rec.Width = *v;
-                d.W = rec.Width;
-            }
-        }
-        if (height && rec.LastHeight != g.H) {
-            if (auto v = divide(g.H, rec.yScale)) {
-                rec.Height = *v;
-                d.H = rec.Height;
-            }
-        }
+        };
+        rebase(left.has_value(), rec.LastLeft != g.L && rec.LastLeft + OffPageOffset != g.L, g.L, rec.xScale,
+               rec.Left, d.L);
+        rebase(top.has_value(), rec.LastTop != g.T, g.T, rec.yScale, rec.Top, d.T);
+        rebase(width.has_value(), rec.LastWidth != g.W, g.W, rec.xScale, rec.Width, d.W);
+        rebase(height.has_value(), rec.LastHeight != g.H, g.H, rec.yScale, rec.Height, d.H);
     }
 
     // The container's scale. Only a plain form counts as the form here: an

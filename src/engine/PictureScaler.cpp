@@ -46,7 +46,7 @@ HostObjectPtr PictureScaler::resultOfCanvas()
     return pic ? *pic : nullptr;
 }
 
-HostObjectPtr PictureScaler::ScalePicture(const HostObjectPtr &pic, double xScale, double yScale)
+HostObjectPtr PictureScaler::stretch(const HostObjectPtr &pic, const std::function<Extent(float, float)> &extent)
 {
     if (!pictureHasWidth(pic) || !clearBoxes())
         return nullptr;
@@ -58,73 +58,73 @@ HostObjectPtr PictureScaler::ScalePicture(const HostObjectPtr &pic, double xScal
     const auto h = getSingle(source, "Height");
     if (!w || !h)
         return nullptr;
-    const double cw = static_cast<double>(*w) * xScale;
-    const double ch = static_cast<double>(*h) * yScale;
-    if (!trySet(canvas, "Width", cw) || !trySet(canvas, "Height", ch))
+    const Extent e = extent(*w, *h);
+    if (!trySet(canvas, "Width", e.width) || !trySet(canvas, "Height", e.height))
         return nullptr;
     auto srcPic = source.get("Picture");
-    if (!srcPic || !canvas.call("PaintPicture", {*srcPic, 0.0f, 0.0f, cw, ch}))
+    if (!srcPic || !canvas.call("PaintPicture", {*srcPic, 0.0f, 0.0f, e.width, e.height}))
         return nullptr;
     return resultOfCanvas();
+}
+
+HostObjectPtr PictureScaler::ScalePicture(const HostObjectPtr &pic, double xScale, double yScale)
+{
+    return stretch(pic, [=](float w, float h) {
+        return Extent{static_cast<double>(w) * xScale, static_cast<double>(h) * yScale};
+    });
 }
 
 HostObjectPtr PictureScaler::SizePicture(const HostObjectPtr &pic, int xSize, int ySize)
 {
-    if (!pictureHasWidth(pic) || !clearBoxes())
-        return nullptr;
-    HostObject &source = box(PictureBoxId::SizerSource);
-    HostObject &canvas = box(PictureBoxId::SizerCanvas);
-    if (!trySet(source, "Picture", Value(pic)))
-        return nullptr;
-    if (!trySet(canvas, "Width", xSize) || !trySet(canvas, "Height", ySize))
-        return nullptr;
-    auto srcPic = source.get("Picture");
-    if (!srcPic || !canvas.call("PaintPicture", {*srcPic, 0.0f, 0.0f, xSize, ySize}))
-        return nullptr;
-    return resultOfCanvas();
+    return stretch(pic, [=](float, float) { return Extent{double(xSize), double(ySize)}; });
 }
 
-bool PictureScaler::prepareContainerCanvas(HostObject &container, const HostObjectPtr &pic, float &w, float &h)
+std::optional<PictureScaler::Placement> PictureScaler::prepareContainerCanvas(HostObject &container,
+                                                                             const HostObjectPtr &pic)
 {
     // The container's inner size in twips; one without a scale mode keeps
     // its raw size.
+    Placement p;
     if (auto v = getSingle(container, "ScaleWidth"))
-        w = *v;
+        p.w = *v;
     if (auto v = getSingle(container, "ScaleHeight"))
-        h = *v;
+        p.h = *v;
     if (auto mode = container.get("ScaleMode")) {
-        if (auto r = container.call("ScaleX", {Value(w), *mode, 1}); r && r->toSingle())
-            w = *r->toSingle();
-        if (auto r = container.call("ScaleY", {Value(h), *mode, 1}); r && r->toSingle())
-            h = *r->toSingle();
+        if (auto r = container.call("ScaleX", {Value(p.w), *mode, 1}); r && r->toSingle())
+            p.w = *r->toSingle();
+        if (auto r = container.call("ScaleY", {Value(p.h), *mode, 1}); r && r->toSingle())
+            p.h = *r->toSingle();
     }
 
     if (!pictureHasWidth(pic) || !clearBoxes())
-        return false;
+        return std::nullopt;
     HostObject &source = box(PictureBoxId::SizerSource);
     HostObject &canvas = box(PictureBoxId::SizerCanvas);
     auto back = container.get("BackColor");
-    return back && canvas.set("BackColor", *back) && trySet(source, "Picture", Value(pic))
-        && trySet(canvas, "Width", w) && trySet(canvas, "Height", h);
+    if (!back || !canvas.set("BackColor", *back) || !trySet(source, "Picture", Value(pic))
+        || !trySet(canvas, "Width", p.w) || !trySet(canvas, "Height", p.h))
+        return std::nullopt;
+    const auto pw = getSingle(source, "Width");
+    const auto ph = getSingle(source, "Height");
+    if (!pw || !ph)
+        return std::nullopt;
+    p.pw = *pw;
+    p.ph = *ph;
+    return p;
 }
 
 HostObjectPtr PictureScaler::CenterPicture(HostObject &container, const HostObjectPtr &pic)
 {
-    float w = 0, h = 0;
-    if (!prepareContainerCanvas(container, pic, w, h))
-        return nullptr;
-    HostObject &source = box(PictureBoxId::SizerSource);
-    const auto pw = getSingle(source, "Width");
-    const auto ph = getSingle(source, "Height");
-    if (!pw || !ph)
+    const auto p = prepareContainerCanvas(container, pic);
+    if (!p)
         return nullptr;
     // A picture larger than the container is drawn from the top-left corner
     // and cut off at the right and bottom.
     float x = 0, y = 0;
-    if (w > *pw)
-        x = w / 2 - *pw / 2;
-    if (h > *ph)
-        y = h / 2 - *ph / 2;
+    if (p->w > p->pw)
+        x = p->w / 2 - p->pw / 2;
+    if (p->h > p->ph)
+        y = p->h / 2 - p->ph / 2;
     if (!box(PictureBoxId::SizerCanvas).call("PaintPicture", {Value(pic), x, y}))
         return nullptr;
     return resultOfCanvas();
@@ -132,18 +132,13 @@ HostObjectPtr PictureScaler::CenterPicture(HostObject &container, const HostObje
 
 HostObjectPtr PictureScaler::TilePicture(HostObject &container, const HostObjectPtr &pic)
 {
-    float w = 0, h = 0;
-    if (!prepareContainerCanvas(container, pic, w, h))
-        return nullptr;
-    HostObject &source = box(PictureBoxId::SizerSource);
-    const auto pw = getSingle(source, "Width");
-    const auto ph = getSingle(source, "Height");
-    if (!pw || !ph || !(*pw > 0) || !(*ph > 0))
+    const auto p = prepareContainerCanvas(container, pic);
+    if (!p || !(p->pw > 0) || !(p->ph > 0))
         return nullptr;
     HostObject &canvas = box(PictureBoxId::SizerCanvas);
     // Tiling starts one unit in from the corner in both directions.
-    for (float y = 1; y <= h; y += *ph)
-        for (float x = 1; x <= w; x += *pw)
+    for (float y = 1; y <= p->h; y += p->ph)
+        for (float x = 1; x <= p->w; x += p->pw)
             if (!canvas.call("PaintPicture", {Value(pic), x, y}))
                 return nullptr;
     return resultOfCanvas();

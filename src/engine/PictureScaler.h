@@ -4,6 +4,9 @@
 
 #include "engine/EngineHost.h"
 
+#include <functional>
+#include <optional>
+
 namespace velmora {
 
 // How the form picture is fitted to the form.
@@ -25,10 +28,21 @@ public:
     void ApplyFormPicture(HostObject &form, int mode, float width, float height, bool gradientFill);
 
 private:
+    struct Extent {
+        double width, height;
+    };
+    // The source picture painted over a whole canvas of the given extent
+    // (computed from the source's own size).
+    HostObjectPtr stretch(const HostObjectPtr &pic, const std::function<Extent(float, float)> &extent);
     HostObject &box(PictureBoxId id) { return m_host.pictureBox(id); }
     bool clearBoxes();
     HostObjectPtr resultOfCanvas();
-    bool prepareContainerCanvas(HostObject &container, const HostObjectPtr &pic, float &w, float &h);
+    // The container's size (w, h) and the picture's (pw, ph), in twips, with
+    // the canvas sized to the container and filled with its background.
+    struct Placement {
+        float w = 0, h = 0, pw = 0, ph = 0;
+    };
+    std::optional<Placement> prepareContainerCanvas(HostObject &container, const HostObjectPtr &pic);
 
     EngineHost &m_host;
 };

@@ -22,8 +22,9 @@ bool wantsRebuild(const LayoutStore &store, const HostObjectPtr &list)
     return !f || !f->DontScaleGraphic;
 }
 
-template <typename Store>
-void rememberItems(HostObject &ctrl, const char *collection, const char *member, Store store)
+// Calls fn(i, item) for items 1..Count of a collection property.
+template <typename Fn>
+void forEachItem(HostObject &ctrl, const char *collection, Fn fn)
 {
     auto coll = getObject(ctrl, collection);
     if (!coll || !*coll)
@@ -31,27 +32,28 @@ void rememberItems(HostObject &ctrl, const char *collection, const char *member,
     const int n = static_cast<int>(getLong(**coll, "Count").value_or(0));
     for (int i = 1; i <= n; ++i)
         if (auto item = getObjectAt(**coll, "Item", i); item && *item)
-            if (auto v = (*item)->get(member))
-                store(i, *v);
+            fn(i, **item);
+}
+
+template <typename Store>
+void rememberItems(HostObject &ctrl, const char *collection, const char *member, Store store)
+{
+    forEachItem(ctrl, collection, [&](int i, HostObject &item) {
+        if (auto v = item.get(member))
+            store(i, *v);
+    });
 }
 
 template <typename Load>
 void restoreItems(HostObject &ctrl, const char *collection, const char *member, Load load)
 {
-    auto coll = getObject(ctrl, collection);
-    if (!coll || !*coll)
-        return;
-    const int n = static_cast<int>(getLong(**coll, "Count").value_or(0));
-    for (int i = 1; i <= n; ++i) {
-        auto item = getObjectAt(**coll, "Item", i);
-        if (!item || !*item)
-            continue;
+    forEachItem(ctrl, collection, [&](int i, HostObject &item) {
         try {
-            (*item)->set(member, load(i));
+            item.set(member, load(i));
         } catch (const std::out_of_range &) {
             // An item added since the lists were taken off has nothing remembered.
         }
-    }
+    });
 }
 
 } // namespace

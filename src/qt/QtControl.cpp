@@ -233,19 +233,7 @@ HostObjectPtr QtControl::font(int slot)
         return m_fonts[static_cast<std::size_t>(slot)];
     HostObjectPtr made;
     if (slot == 0) {
-        QPointer<QWidget> w = m_widget;
-        made = std::make_shared<QtFont>(
-            [w]() -> std::optional<QFont> {
-                if (!w)
-                    return std::nullopt;
-                return w->font();
-            },
-            [w](const QFont &f) {
-                if (!w)
-                    return false;
-                w->setFont(f);
-                return true;
-            });
+        made = QtFont::ofWidget(m_widget);
     } else if (auto *cal = qobject_cast<QCalendarWidget *>(m_widget.data())) {
         made = calendarFont(cal, FontSlots[slot]);
     }

@@ -2,7 +2,27 @@
 
 #include "qt/QtUnits.h"
 
+#include <QPointer>
+#include <QWidget>
+
 namespace velmora::qt {
+
+HostObjectPtr QtFont::ofWidget(QWidget *widget)
+{
+    QPointer<QWidget> w = widget;
+    return std::make_shared<QtFont>(
+        [w]() -> std::optional<QFont> {
+            if (!w)
+                return std::nullopt;
+            return w->font();
+        },
+        [w](const QFont &f) {
+            if (!w)
+                return false;
+            w->setFont(f);
+            return true;
+        });
+}
 
 double QtFont::pointSize(const QFont &f)
 {

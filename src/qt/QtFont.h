@@ -8,6 +8,8 @@
 
 #include <functional>
 
+class QWidget;
+
 namespace velmora::qt {
 
 class QtFont : public HostObject {
@@ -20,6 +22,9 @@ public:
     std::string typeName() const override { return "Font"; }
     GetResult get(std::string_view name) override;
     SetResult set(std::string_view name, const Value &value) override;
+
+    // The font of a widget, read and written through QWidget::font().
+    static HostObjectPtr ofWidget(QWidget *widget);
 
     // Point size of a font that may have been given in pixels.
     static double pointSize(const QFont &f);

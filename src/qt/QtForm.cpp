@@ -175,16 +175,8 @@ GetResult QtForm::get(std::string_view name)
         return Value(win->isEnabled());
     if (name == "MDIChild")
         return Value(qobject_cast<QMdiSubWindow *>(win) != nullptr);
-    if (name == "Font") {
-        QPointer<QWidget> f = m_form;
-        return Value(std::make_shared<QtFont>(
-            [f]() -> std::optional<QFont> {
-                if (!f)
-                    return std::nullopt;
-                return f->font();
-            },
-            [f](const QFont &font) { return f && (f->setFont(font), true); }));
-    }
+    if (name == "Font")
+        return Value(QtFont::ofWidget(m_form));
     return noSuchMember(name);
 }
 

@@ -14,6 +14,7 @@
 #include <QPointer>
 
 #include <cmath>
+#include <optional>
 
 namespace velmora::qt {
 
@@ -24,6 +25,21 @@ namespace {
 bool bridgeable(std::string_view name)
 {
     return !name.empty() && name[0] >= 'A' && name[0] <= 'Z';
+}
+
+bool isInteger(QMetaType type)
+{
+    switch (type.id()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Long:
+    case QMetaType::LongLong:
+        return true;
+    default:
+        return false;
+    }
 }
 
 QMetaProperty findProperty(const QObject *object, const QByteArray &name)
@@ -37,16 +53,11 @@ QMetaProperty findProperty(const QObject *object, const QByteArray &name)
 
 GetResult valueFromVariant(const QVariant &v, QObject *owner, std::string_view property)
 {
+    if (isInteger(v.metaType()))
+        return Value(static_cast<int>(v.toLongLong()));
     switch (v.metaType().id()) {
     case QMetaType::Bool:
         return Value(v.toBool());
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Long:
-    case QMetaType::LongLong:
-        return Value(static_cast<int>(v.toLongLong()));
     case QMetaType::Float:
         return Value(v.toFloat());
     case QMetaType::Double:
@@ -84,21 +95,17 @@ GetResult valueFromVariant(const QVariant &v, QObject *owner, std::string_view p
 
 bool variantFromValue(const Value &value, QMetaType type, QVariant &out)
 {
-    switch (type.id()) {
-    case QMetaType::Bool:
-        if (auto b = value.toBool())
-            return out = *b, true;
-        return false;
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Long:
-    case QMetaType::LongLong:
+    if (isInteger(type)) {
         if (auto l = value.toLong()) {
             out = QVariant(static_cast<qlonglong>(*l));
             return out.convert(type);
         }
+        return false;
+    }
+    switch (type.id()) {
+    case QMetaType::Bool:
+        if (auto b = value.toBool())
+            return out = *b, true;
         return false;
     case QMetaType::Float:
     case QMetaType::Double:
@@ -140,42 +147,55 @@ bool variantFromValue(const Value &value, QMetaType type, QVariant &out)
     }
 }
 
-GetResult readQtProperty(QObject *object, std::string_view name)
+namespace {
+
+// The Q_PROPERTY or dynamic property behind a bridged member, if any.
+struct Bridged {
+    QByteArray key;
+    QMetaProperty prop; // invalid for a dynamic property
+};
+
+std::optional<Bridged> lookUp(QObject *object, std::string_view name)
 {
     if (!object || !bridgeable(name))
-        return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(name));
-    const QByteArray key(name.data(), static_cast<int>(name.size()));
-    const QMetaProperty prop = findProperty(object, key);
-    if (prop.isValid()) {
-        if (!prop.isReadable())
-            return hostError(HostErrc::Failed, "Property is write-only");
-        return valueFromVariant(prop.read(object), object, name);
-    }
-    if (object->dynamicPropertyNames().contains(key))
-        return valueFromVariant(object->property(key.constData()), object, name);
+        return std::nullopt;
+    Bridged b{QByteArray(name.data(), static_cast<int>(name.size())), QMetaProperty()};
+    b.prop = findProperty(object, b.key);
+    if (b.prop.isValid() || object->dynamicPropertyNames().contains(b.key))
+        return b;
+    return std::nullopt;
+}
+
+HostError noSuchProperty(std::string_view name)
+{
     return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(name));
+}
+
+} // namespace
+
+GetResult readQtProperty(QObject *object, std::string_view name)
+{
+    const auto b = lookUp(object, name);
+    if (!b)
+        return noSuchProperty(name);
+    if (b->prop.isValid() && !b->prop.isReadable())
+        return hostError(HostErrc::Failed, "Property is write-only");
+    return valueFromVariant(b->prop.isValid() ? b->prop.read(object) : object->property(b->key.constData()),
+                            object, name);
 }
 
 SetResult writeQtProperty(QObject *object, std::string_view name, const Value &value)
 {
-    if (!object || !bridgeable(name))
-        return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(name));
-    const QByteArray key(name.data(), static_cast<int>(name.size()));
-    const QMetaProperty prop = findProperty(object, key);
-    QMetaType type;
-    if (prop.isValid()) {
-        if (!prop.isWritable())
-            return hostError(HostErrc::ReadOnly, "Property is read-only");
-        type = prop.metaType();
-    } else if (object->dynamicPropertyNames().contains(key)) {
-        type = object->property(key.constData()).metaType();
-    } else {
-        return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(name));
-    }
+    const auto b = lookUp(object, name);
+    if (!b)
+        return noSuchProperty(name);
+    if (b->prop.isValid() && !b->prop.isWritable())
+        return hostError(HostErrc::ReadOnly, "Property is read-only");
+    const QMetaType type = b->prop.isValid() ? b->prop.metaType() : object->property(b->key.constData()).metaType();
     QVariant v;
     if (!variantFromValue(value, type, v))
         return hostError(HostErrc::InvalidValue, "Invalid property value");
-    const bool written = prop.isValid() ? prop.write(object, v) : (object->setProperty(key.constData(), v), true);
+    const bool written = b->prop.isValid() ? b->prop.write(object, v) : (object->setProperty(b->key.constData(), v), true);
     if (!written)
         return hostError(HostErrc::InvalidValue, "Invalid property value");
     return Done{};

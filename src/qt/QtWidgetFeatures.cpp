@@ -222,21 +222,8 @@ HostObjectPtr calendarFont(QCalendarWidget *calendar, std::string_view slot)
                                               : nullptr;
     if (!child)
         return nullptr;
-    QPointer<QWidget> part = calendar->findChild<QWidget *>(QLatin1String(child));
-    if (!part)
-        return nullptr;
-    return std::make_shared<QtFont>(
-        [part]() -> std::optional<QFont> {
-            if (!part)
-                return std::nullopt;
-            return part->font();
-        },
-        [part](const QFont &font) {
-            if (!part)
-                return false;
-            part->setFont(font);
-            return true;
-        });
+    QWidget *part = calendar->findChild<QWidget *>(QLatin1String(child));
+    return part ? QtFont::ofWidget(part) : nullptr;
 }
 
 } // namespace velmora::qt
