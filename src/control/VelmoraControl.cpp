@@ -3,6 +3,7 @@
 #include "control/VelmoraControl_p.h"
 #include "qt/QtForm.h"
 #include "qt/QtPicture.h"
+#include "qt/QtUnits.h"
 
 #include <QEvent>
 #include <QMainWindow>
@@ -137,7 +138,11 @@ QPixmap VelmoraControl::ScalePicture(const QPixmap &picture, double xScale, doub
 
 QPixmap VelmoraControl::SizePicture(const QPixmap &picture, int xSize, int ySize)
 {
-    return d->pixmapOf(d->engine.pictures().SizePicture(QtPicture::make(picture), xSize, ySize));
+    // Qt code thinks in pixels; the engine in twips.
+    using namespace velmora::qt;
+    const auto x = static_cast<int>(pixelsToUnits(xSize, ScaleTwips, Axis::X));
+    const auto y = static_cast<int>(pixelsToUnits(ySize, ScaleTwips, Axis::Y));
+    return d->pixmapOf(d->engine.pictures().SizePicture(QtPicture::make(picture), x, y));
 }
 
 QPixmap VelmoraControl::CenterPicture(QWidget *container, const QPixmap &picture)

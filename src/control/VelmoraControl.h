@@ -74,6 +74,8 @@ public:
 
     // Takes the form as it is now as its design layout.
     Q_INVOKABLE void Reset();
+    // Picture functions; a null pixmap when the source is empty. Sizes are
+    // in pixels.
     Q_INVOKABLE QPixmap ScalePicture(const QPixmap &picture, double xScale, double yScale);
     Q_INVOKABLE QPixmap SizePicture(const QPixmap &picture, int xSize, int ySize);
     Q_INVOKABLE QPixmap CenterPicture(QWidget *container, const QPixmap &picture);

@@ -293,6 +293,11 @@ GetResult QtControl::get(std::string_view name)
     } else if (name == "X1" || name == "X2" || name == "Y1" || name == "Y2") {
         return lineEnd(name);
     }
+    if (name == "ScaleWidth" || name == "ScaleHeight") { // the inner size, in twips
+        const QSize inner = m_widget->contentsRect().size();
+        return name == "ScaleWidth" ? Value(static_cast<float>(pixelsToUnits(inner.width(), ScaleTwips, Axis::X)))
+                                    : Value(static_cast<float>(pixelsToUnits(inner.height(), ScaleTwips, Axis::Y)));
+    }
     if (name == "Container") {
         auto form = m_form.lock();
         if (!form)

@@ -13,32 +13,7 @@
 
 namespace velmora::qt {
 
-// Draws the form's picture at its top-left, over the background and under
-// the children, by painting first in the form's own paint event.
-class FormPictureLayer : public QObject {
-public:
-    explicit FormPictureLayer(QWidget *form)
-        : QObject(form)
-    {
-        form->installEventFilter(this);
-    }
-
-    QPixmap pixmap;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint && watched == parent() && !pixmap.isNull()) {
-            QPainter painter(static_cast<QWidget *>(watched));
-            painter.drawPixmap(0, 0, pixmap);
-        }
-        return false;
-    }
-};
-
 namespace {
-
-const char *const ScaleModeProperty = "ScaleMode";
 
 QPixmap pictureFromProperty(const QVariant &v)
 {
@@ -58,6 +33,42 @@ QPixmap pictureFromProperty(const QVariant &v)
         return QPixmap();
     }
 }
+
+} // namespace
+
+// Draws the form's picture at its top-left, over the background and under
+// the children, by painting first in the form's own paint event.
+class FormPictureLayer : public QObject {
+public:
+    explicit FormPictureLayer(QWidget *form)
+        : QObject(form)
+    {
+        form->installEventFilter(this);
+    }
+
+    QPixmap pixmap;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        // The form's "Picture" property is its design picture, whenever it
+        // is set.
+        if (event->type() == QEvent::DynamicPropertyChange && watched == parent()
+            && static_cast<QDynamicPropertyChangeEvent *>(event)->propertyName() == "Picture") {
+            pixmap = pictureFromProperty(watched->property("Picture"));
+            static_cast<QWidget *>(watched)->update();
+        }
+        if (event->type() == QEvent::Paint && watched == parent() && !pixmap.isNull()) {
+            QPainter painter(static_cast<QWidget *>(watched));
+            painter.drawPixmap(0, 0, pixmap);
+        }
+        return false;
+    }
+};
+
+namespace {
+
+const char *const ScaleModeProperty = "ScaleMode";
 
 HostError typeMismatch()
 {

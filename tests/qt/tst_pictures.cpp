@@ -1,0 +1,127 @@
+// The picture functions on real pixmaps, and the form picture drawn under
+// the form's children.
+#include "control/VelmoraControl.h"
+
+#include <QLabel>
+#include <QPainter>
+#include <QtTest>
+
+namespace {
+
+QPixmap solid(QSize size, QColor color)
+{
+    QPixmap pm(size);
+    pm.fill(color);
+    return pm;
+}
+
+struct Form {
+    Form(QSize size = QSize(100, 50))
+    {
+        widget.resize(size);
+        QPalette p = widget.palette();
+        p.setColor(QPalette::Window, Qt::white);
+        widget.setPalette(p);
+        velmora = new VelmoraControl(&widget);
+        velmora->setResizeOnMouseUp(false);
+    }
+    QWidget widget;
+    VelmoraControl *velmora;
+};
+
+} // namespace
+
+class tst_Pictures : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void scale_data();
+    void scale();
+    void centerCutsOffWhatDoesNotFit();
+    void tile_data();
+    void tile();
+    void formPictureScalesUnderChildren();
+};
+
+void tst_Pictures::scale_data()
+{
+    QTest::addColumn<double>("x");
+    QTest::addColumn<double>("y");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("same size is a copy") << 1.0 << 1.0 << QSize(40, 30);
+    QTest::newRow("stretched") << 2.0 << 0.5 << QSize(80, 15);
+    QTest::newRow("rounded to whole pixels") << 1.37 << 1.0 << QSize(55, 30);
+}
+
+void tst_Pictures::scale()
+{
+    QFETCH(double, x);
+    QFETCH(double, y);
+    QFETCH(QSize, size);
+    Form f;
+    const QPixmap source = solid(QSize(40, 30), Qt::red);
+    const QPixmap scaled = f.velmora->ScalePicture(source, x, y);
+    QCOMPARE(scaled.size(), size);
+    // The last row and column are covered, not left transparent.
+    QCOMPARE(scaled.toImage().pixelColor(size.width() - 1, size.height() - 1), QColor(Qt::red));
+    if (x == 1.0 && y == 1.0)
+        QCOMPARE(scaled.toImage(), source.toImage().convertToFormat(scaled.toImage().format()));
+    QVERIFY(f.velmora->ScalePicture(QPixmap(), 2, 2).isNull());
+    QCOMPARE(f.velmora->SizePicture(source, 7, 9).size(), QSize(7, 9));
+}
+
+void tst_Pictures::centerCutsOffWhatDoesNotFit()
+{
+    Form f; // 100 x 50, white
+    const QImage out = f.velmora->CenterPicture(&f.widget, solid(QSize(150, 20), Qt::blue)).toImage();
+    QCOMPARE(out.size(), QSize(100, 50));
+    // Wider than the container: from the left edge; shorter: centred.
+    QCOMPARE(out.pixelColor(0, 14), QColor(Qt::white));
+    QCOMPARE(out.pixelColor(0, 15), QColor(Qt::blue));
+    QCOMPARE(out.pixelColor(99, 34), QColor(Qt::blue));
+    QCOMPARE(out.pixelColor(99, 35), QColor(Qt::white));
+}
+
+void tst_Pictures::tile_data()
+{
+    QTest::addColumn<QSize>("tile");
+    QTest::addColumn<QPoint>("lastCovered");
+    QTest::newRow("exactly the container's size: once") << QSize(100, 50) << QPoint(99, 49);
+    QTest::newRow("repeated across and down") << QSize(30, 20) << QPoint(99, 49);
+}
+
+void tst_Pictures::tile()
+{
+    QFETCH(QSize, tile);
+    QFETCH(QPoint, lastCovered);
+    Form f;
+    QPixmap pm(tile);
+    pm.fill(Qt::green);
+    QPainter(&pm).fillRect(0, 0, 1, 1, Qt::black); // marks each tile's corner
+    const QImage out = f.velmora->TilePicture(&f.widget, pm).toImage();
+    QCOMPARE(out.size(), QSize(100, 50));
+    QCOMPARE(out.pixelColor(lastCovered), QColor(Qt::green));
+    int corners = 0;
+    for (int y = 0; y < out.height(); ++y)
+        for (int x = 0; x < out.width(); ++x)
+            corners += out.pixelColor(x, y) == QColor(Qt::black);
+    QCOMPARE(corners, ((100 + tile.width() - 1) / tile.width()) * ((50 + tile.height() - 1) / tile.height()));
+}
+
+void tst_Pictures::formPictureScalesUnderChildren()
+{
+    Form f(QSize(200, 100));
+    f.widget.setProperty("Picture", solid(QSize(40, 20), Qt::darkGreen));
+    auto *label = new QLabel(QStringLiteral("over the picture"), &f.widget);
+    label->setGeometry(150, 80, 40, 15);
+    f.widget.show();
+    QTRY_VERIFY(f.velmora->isFormReady());
+    QCOMPARE(f.widget.grab().toImage().pixelColor(39, 19), QColor(Qt::darkGreen));
+
+    f.widget.resize(400, 200);
+    const QImage shot = f.widget.grab().toImage();
+    QCOMPARE(shot.pixelColor(79, 39), QColor(Qt::darkGreen));
+    QCOMPARE(shot.pixelColor(85, 45), QColor(Qt::white));
+}
+
+QTEST_MAIN(tst_Pictures)
+#include "tst_pictures.moc"
