@@ -161,7 +161,8 @@ std::optional<Bridged> lookUp(QObject *object, std::string_view name)
         return std::nullopt;
     Bridged b{QByteArray(name.data(), static_cast<int>(name.size())), QMetaProperty()};
     b.prop = findProperty(object, b.key);
-    if (b.prop.isValid() || object->dynamicPropertyNames().contains(b.key))
+    // property() finds a dynamic property without building the list of them.
+    if (b.prop.isValid() || object->property(b.key.constData()).isValid())
         return b;
     return std::nullopt;
 }

@@ -92,6 +92,8 @@ class tst_EndToEnd : public QObject {
 private Q_SLOTS:
     void scalesWholeForm_data();
     void scalesWholeForm();
+    void designSize_data();
+    void designSize();
     void picturesNeverDegrade();
     void resizeOnMouseUpDefersThePass();
     void onePaintPerPass();
@@ -127,6 +129,38 @@ void tst_EndToEnd::scalesWholeForm()
     form->resize(1000, 1000);
     QCOMPARE(target->geometry(), QRect(100, 200, 300, 400));
     QCOMPARE(target->font().pointSizeF(), 10.0);
+}
+
+void tst_EndToEnd::designSize_data()
+{
+    QTest::addColumn<QSize>("storedDesign"); // empty: none stored
+    QTest::addColumn<QSize>("shownAt");
+    QTest::addColumn<QRect>("target"); // right after the form is shown
+    // Resizes before the first show are the form being built, not used.
+    QTest::newRow("none stored: the size first shown with") << QSize() << QSize(500, 500)
+                                                            << QRect(100, 200, 300, 400);
+    QTest::newRow("stored: scaled at once") << QSize(1000, 1000) << QSize(2000, 1500)
+                                            << QRect(200, 300, 600, 600);
+}
+
+void tst_EndToEnd::designSize()
+{
+    QFETCH(QSize, storedDesign);
+    QFETCH(QSize, shownAt);
+    QFETCH(QRect, target);
+    auto form = buildForm(Builder::Code);
+    auto *velmora = form->findChild<VelmoraControl *>();
+    if (!storedDesign.isEmpty()) {
+        velmora->setDesignFormScaleWidth(storedDesign.width());
+        velmora->setDesignFormScaleHeight(storedDesign.height());
+    }
+    form->resize(shownAt);
+    QVERIFY(showAndWait(form.get()));
+    auto *button = form->findChild<QPushButton *>("target");
+    QCOMPARE(button->geometry(), target);
+
+    form->resize(shownAt * 2);
+    QCOMPARE(button->geometry(), QRect(target.topLeft() * 2, target.size() * 2));
 }
 
 void tst_EndToEnd::picturesNeverDegrade()
