@@ -1,10 +1,11 @@
 // Whole forms, built by uic, by QUiLoader and in code, scaled through a
 // VelmoraControl as a user resizes them.
-#include "PreviewLoader.h"
 #include "control/VelmoraControl.h"
+#include "control/VelmoraUiLoader.h"
 #include "ui_scaleform.h"
 
 #include <QCheckBox>
+#include <QFile>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMainWindow>
@@ -33,12 +34,11 @@ std::unique_ptr<QWidget> buildForm(Builder builder)
     case Builder::Uic:
         return std::make_unique<UicForm>();
     case Builder::Loader: {
-        PreviewLoader loader;
-        QString error;
-        std::unique_ptr<QWidget> w(loader.loadFile(QFINDTESTDATA("scaleform.ui"), nullptr, &error));
-        if (!w)
-            qWarning() << error;
-        return w;
+        VelmoraUiLoader loader;
+        QFile file(QFINDTESTDATA("scaleform.ui"));
+        if (!file.open(QIODevice::ReadOnly))
+            return nullptr;
+        return std::unique_ptr<QWidget>(loader.load(&file));
     }
     case Builder::Code:
         break;

@@ -1,15 +1,12 @@
 #include "PreviewLoader.h"
 
-#include "control/VelmoraControl.h"
-#include "qt/VelmoraLine.h"
-#include "qt/VelmoraShape.h"
-
 #include <QBuffer>
 #include <QFile>
+#include <QWidget>
 #include <QXmlStreamReader>
 
 PreviewLoader::PreviewLoader(QObject *parent)
-    : QUiLoader(parent)
+    : VelmoraUiLoader(parent)
 {
 }
 
@@ -30,22 +27,11 @@ void PreviewLoader::readCustomWidgets(const QByteArray &ui)
 
 QWidget *PreviewLoader::createWidget(const QString &className, QWidget *parent, const QString &name)
 {
-    QWidget *w = nullptr;
-    if (className == QLatin1String("VelmoraLine"))
-        w = new VelmoraLine(parent);
-    else if (className == QLatin1String("VelmoraShape"))
-        w = new VelmoraShape(parent);
-    else if (className == QLatin1String("VelmoraControl"))
-        w = new VelmoraControl(parent);
-    if (w) {
-        w->setObjectName(name);
-        return w;
-    }
-    w = QUiLoader::createWidget(className, parent, name);
+    QWidget *w = VelmoraUiLoader::createWidget(className, parent, name);
     // Walk up the declared base classes until Qt knows one.
     for (QString base = className; !w && m_extends.contains(base);) {
         base = m_extends.value(base);
-        w = QUiLoader::createWidget(base, parent, name);
+        w = VelmoraUiLoader::createWidget(base, parent, name);
     }
     if (w && m_extends.contains(className) && className != QLatin1String(w->metaObject()->className()))
         m_warnings << QStringLiteral("%1 \"%2\" created as %3")

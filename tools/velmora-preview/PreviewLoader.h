@@ -1,13 +1,12 @@
-// Velmora - loads .ui forms for the preview: knows Velmora's own widgets, and
-// falls back to the Qt class a custom widget extends when it cannot create
-// the custom class itself.
+// Velmora - loads .ui forms for the preview, and says so when a custom widget
+// had to be created as the Qt class it extends.
 #pragma once
 
 #include <QHash>
 #include <QStringList>
-#include <QUiLoader>
+#include "control/VelmoraUiLoader.h"
 
-class PreviewLoader : public QUiLoader {
+class PreviewLoader : public VelmoraUiLoader {
 public:
     explicit PreviewLoader(QObject *parent = nullptr);
 
