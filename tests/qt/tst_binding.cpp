@@ -7,6 +7,7 @@
 #include "qt/QtPicture.h"
 #include "qt/VelmoraLine.h"
 
+#include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -71,6 +72,8 @@ private Q_SLOTS:
     void labelPictureNeverWipesText();
     void buttonPictureSetsIconSize();
     void lineEndsInContainerUnits();
+    void tabWidgetMembers();
+    void calendarFonts();
 };
 
 void tst_Binding::units_data()
@@ -314,6 +317,46 @@ void tst_Binding::lineEndsInContainerUnits()
     QVERIFY(!line->get("Left")); // a line is its end points, nothing else
     QVERIFY(line->set("X2", Value(10.f)));
     QCOMPARE(l->p2(), QPoint(10, 90));
+}
+
+void tst_Binding::tabWidgetMembers()
+{
+    QWidget w;
+    auto *tabs = make<QTabWidget>(&w, "tabs", QRect(0, 0, 300, 200));
+    for (const char *t : {"One", "Two", "Three"})
+        tabs->addTab(new QWidget, t);
+    tabs->setTabPosition(QTabWidget::West);
+    auto form = QtForm::create(&w);
+    auto c = controlNamed(*form, "tabs");
+    QCOMPARE(c->typeName(), std::string("SSTab"));
+    QCOMPARE(*getLong(*c, "Tabs"), 3);
+    QCOMPARE(*getLong(*c, "TabsPerRow"), 3);
+    QCOMPARE(*getLong(*c, "TabOrientation"), 2);
+    QVERIFY(c->set("TabsPerRow", Value(2)));
+    QCOMPARE(*getLong(*c, "TabsPerRow"), 2);
+    QVERIFY(!c->set("TabsPerRow", Value(0)));
+    QVERIFY(getSingle(*c, "TabHeight").value_or(0) > 0);
+    QVERIFY(!c->getAt("TabPicture", 3));
+    QPixmap icon(24, 20);
+    icon.fill(Qt::red);
+    QVERIFY(c->setAt("TabPicture", 1, Value(qt::QtPicture::make(icon))));
+    QCOMPARE(tabs->iconSize(), QSize(24, 20));
+    QCOMPARE(*getSingle(**getObjectAt(*c, "TabPicture", 1), "Width"), 360.f);
+}
+
+void tst_Binding::calendarFonts()
+{
+    QWidget w;
+    make<QCalendarWidget>(&w, "calendar", QRect(0, 0, 300, 200));
+    auto form = QtForm::create(&w);
+    auto c = controlNamed(*form, "calendar");
+    QVERIFY(!c->get("HeadFont")); // Qt's calendar has no fourth font
+    for (const char *font : {"DayFont", "GridFont", "TitleFont"}) {
+        QVERIFY2(setSub(*c, font, "Size", 17.0), font);
+        QCOMPARE(*getSubSingle(*c, font, "Size"), 17.f);
+    }
+    auto *view = w.findChild<QWidget *>("qt_calendar_calendarview");
+    QCOMPARE(view->font().pointSizeF(), 17.0);
 }
 
 QTEST_MAIN(tst_Binding)
