@@ -94,6 +94,7 @@ private Q_SLOTS:
     void scalesWholeForm();
     void designSize_data();
     void designSize();
+    void noDriftThroughOddSizes();
     void picturesNeverDegrade();
     void resizeOnMouseUpDefersThePass();
     void onePaintPerPass();
@@ -161,6 +162,22 @@ void tst_EndToEnd::designSize()
 
     form->resize(shownAt * 2);
     QCOMPARE(button->geometry(), QRect(target.topLeft() * 2, target.size() * 2));
+}
+
+void tst_EndToEnd::noDriftThroughOddSizes()
+{
+    auto form = buildForm(Builder::Code);
+    QVERIFY(showAndWait(form.get()));
+    auto *target = form->findChild<QPushButton *>("target");
+    auto *check = form->findChild<QCheckBox *>("inGroup");
+    // Each odd size rounds every edge to pixels; none of that may pile up
+    // into the design layout.
+    for (const QSize s : {QSize(1237, 911), QSize(733, 1291), QSize(1501, 777), QSize(997, 1003), QSize(611, 389)})
+        form->resize(s);
+    form->resize(1000, 1000);
+    QCOMPARE(target->geometry(), QRect(100, 200, 300, 400));
+    QCOMPARE(check->geometry(), QRect(40, 60, 200, 30));
+    QCOMPARE(target->font().pointSizeF(), 10.0);
 }
 
 void tst_EndToEnd::picturesNeverDegrade()
