@@ -68,7 +68,8 @@ private:
     void fitToolbarHeight(HostObject &ctrl, ControlClass &rec, float fh);
     void drawFormPicture(HostForm &form);
     void reattachImageLists(HostObject &ctrl, ControlClass &rec, ControlFlags &flags);
-    bool rebuildWanted(HostObject &ctrl, ControlClass &rec);
+    // Whether a bound image list asks for the control's lists to be rebuilt.
+    bool rebuildWanted(const ControlClass &rec) const;
     void raiseDone();
 
     EngineHost &m_host;

@@ -82,43 +82,51 @@ void ResizeEngine::ResizeControls(HostForm &form)
     if (CurScaleWidth == RefScaleWidth && CurScaleHeight == RefScaleHeight)
         return raiseDone();
 
+    // Each control's key, record and switches, looked up once for all
+    // three walks (records are owned by the store and do not move).
+    struct Entry {
+        HostObject *ctrl;
+        ControlClass *rec;
+        ControlFlags *flags;
+    };
     const std::vector<HostObjectPtr> controls = form.controls();
+    std::vector<Entry> entries;
+    entries.reserve(controls.size());
 
     // Walk 1: record late-comers, take off the image lists to be rebuilt.
     for (const auto &c : controls) {
-        if (!c || isMenu(*c))
+        if (!c)
             continue;
+        if (isMenu(*c)) {
+            entries.push_back({c.get(), nullptr, nullptr});
+            continue;
+        }
         const std::string key = controlKey(c.get());
         if (!m_store.info(key))
             SaveControlInfo(*c);
         if (!m_store.flags(key))
             SaveControlFlags(c.get());
-        if (ScaleGraphics)
-            detachImageLists(*c, *m_store.info(key));
+        Entry e{c.get(), m_store.info(key), m_store.flags(key)};
+        entries.push_back(e);
+        if (ScaleGraphics && e.rec)
+            detachImageLists(*c, *e.rec);
     }
 
-    // Walk 2: place, size and redraw.
-    for (const auto &c : controls) {
-        if (!c)
-            continue;
-        if (isMenu(*c)) {
-            c->call("Refresh", {});
+    // Walk 2: place, size and redraw. Menus are only refreshed.
+    for (const Entry &e : entries) {
+        if (!e.rec || !e.flags) {
+            e.ctrl->call("Refresh", {});
             continue;
         }
-        const std::string key = controlKey(c.get());
-        ControlClass *rec = m_store.info(key);
-        ControlFlags *flags = m_store.flags(key);
-        if (!rec || !flags)
-            continue;
-        if (!placeControl(*c, *rec, *flags))
+        if (!placeControl(*e.ctrl, *e.rec, *e.flags))
             return raiseDone();
-        if (ScaleBorders && !flags->DontScaleBorder)
-            trySet(*c, "BorderWidth", rec->BorderWidth * FontFactor);
-        if (rec->ControlHasButtons)
-            scaleToolbarButtons(*c, *rec, *flags);
+        if (ScaleBorders && !e.flags->DontScaleBorder)
+            trySet(*e.ctrl, "BorderWidth", e.rec->BorderWidth * FontFactor);
+        if (e.rec->ControlHasButtons)
+            scaleToolbarButtons(*e.ctrl, *e.rec, *e.flags);
         if (!ScaleGraphics)
-            storeLastGeometry(*c, *rec);
-        c->call("Refresh", {});
+            storeLastGeometry(*e.ctrl, *e.rec);
+        e.ctrl->call("Refresh", {});
     }
 
     drawFormPicture(form);
@@ -132,17 +140,10 @@ void ResizeEngine::ResizeControls(HostForm &form)
             RefScaleHeight = *t;
 
     // Walk 3: put the image lists back and remember what we placed.
-    if (ScaleGraphics) {
-        for (const auto &c : controls) {
-            if (!c || isMenu(*c))
-                continue;
-            const std::string key = controlKey(c.get());
-            ControlClass *rec = m_store.info(key);
-            ControlFlags *flags = m_store.flags(key);
-            if (rec && flags)
-                reattachImageLists(*c, *rec, *flags);
-        }
-    }
+    if (ScaleGraphics)
+        for (const Entry &e : entries)
+            if (e.rec && e.flags)
+                reattachImageLists(*e.ctrl, *e.rec, *e.flags);
     raiseDone();
 }
 

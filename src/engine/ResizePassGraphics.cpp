@@ -58,7 +58,7 @@ void restoreItems(HostObject &ctrl, const char *collection, const char *member, 
 
 } // namespace
 
-bool ResizeEngine::rebuildWanted(HostObject &, ControlClass &rec)
+bool ResizeEngine::rebuildWanted(const ControlClass &rec) const
 {
     bool rebuild = false;
     if (rec.ControlHasImageList && wantsRebuild(m_store, rec.ImageList))
@@ -80,7 +80,7 @@ void ResizeEngine::detachImageLists(HostObject &ctrl, ControlClass &rec)
         if (auto list = getObject(ctrl, "SmallIcons"))
             rec.SmallIconsImageList = *list;
     }
-    if (!rebuildWanted(ctrl, rec))
+    if (!rebuildWanted(rec))
         return;
 
     if (rec.ControlHasTabs)
@@ -102,7 +102,7 @@ void ResizeEngine::detachImageLists(HostObject &ctrl, ControlClass &rec)
 
 void ResizeEngine::reattachImageLists(HostObject &ctrl, ControlClass &rec, ControlFlags &flags)
 {
-    if (rebuildWanted(ctrl, rec)) {
+    if (rebuildWanted(rec)) {
         if (rec.ControlHasImageList)
             ctrl.set("ImageList", Value(rec.ImageList));
         if (rec.ControlHasTabs)

@@ -57,7 +57,6 @@ private:
     explicit QtForm(QWidget *form);
     void collect(QWidget *parent, std::vector<QWidget *> &out) const;
     void collectMenus(std::vector<QObject *> &out) const;
-    bool isControlWidget(const QWidget *w) const;
     QString uniqueName(QObject *object, const QString &wanted);
 
     QPointer<QWidget> m_form;
