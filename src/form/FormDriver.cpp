@@ -3,6 +3,7 @@
 #include "engine/ResizeEngine.h"
 #include "layout/HostAccess.h"
 #include "qt/QtForm.h"
+#include "qt/QtLayoutSettling.h"
 
 #include <QEvent>
 #include <QWidget>
@@ -107,6 +108,10 @@ void FormDriver::runPass()
 {
     if (!m_hostForm)
         return;
+    // Containers placed by layouts are recorded at the size they will show
+    // with, hidden pages included.
+    if (!m_engine.Initialised)
+        qt::settleLayouts(m_form);
     m_hostForm->beginUpdate();
     m_engine.ResizeControls(*m_hostForm);
     m_hostForm->endUpdate();

@@ -2,6 +2,7 @@
 
 #include "qt/QtFont.h"
 #include "qt/QtForm.h"
+#include "qt/QtLayoutSettling.h"
 #include "qt/QtPictureBox.h"
 #include "qt/QtPropertyBridge.h"
 #include "qt/QtUnits.h"
@@ -46,6 +47,24 @@ bool layoutHolds(const QLayout *layout, const QWidget *w)
     return false;
 }
 
+// One axis of a limit, scaled by the widget's own ratio on that axis and kept
+// on the right side of the placed extent. Unset limits stay unset.
+int scaledMinimum(int limit, int placed, int design)
+{
+    if (limit <= 0)
+        return 0;
+    const double scaled = design > 0 ? double(limit) * placed / design : limit;
+    return qMin(qRound(qMin(scaled, double(QWIDGETSIZE_MAX))), placed);
+}
+
+int scaledMaximum(int limit, int placed, int design)
+{
+    if (limit >= QWIDGETSIZE_MAX)
+        return QWIDGETSIZE_MAX;
+    const double scaled = design > 0 ? double(limit) * placed / design : limit;
+    return qBound(placed, qRound(qMin(scaled, double(QWIDGETSIZE_MAX))), QWIDGETSIZE_MAX);
+}
+
 HostError refusedGeometry()
 {
     return hostError(HostErrc::ReadOnly, "The control's geometry is managed by its parent");
@@ -70,6 +89,39 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
         m_kind = Kind::Button;
     else if (qobject_cast<QFrame *>(widget))
         m_kind = Kind::Frame;
+    // The adapter is made when the layout is captured: the limits a form
+    // was designed with are the ones the widget has now.
+    if (widget) {
+        const QSize minimum = widget->minimumSize(), maximum = widget->maximumSize();
+        if (!minimum.isNull() || maximum != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
+            m_limits = SizeLimits{widget->size(), minimum, maximum};
+    }
+}
+
+void QtControl::place(const QRect &rect)
+{
+    if (!m_limits) {
+        m_widget->setGeometry(rect);
+        return;
+    }
+    const SizeLimits &l = *m_limits;
+    const QSize placed = rect.size().expandedTo(QSize(0, 0));
+    const QSize minimum(scaledMinimum(l.minimum.width(), placed.width(), l.design.width()),
+                        scaledMinimum(l.minimum.height(), placed.height(), l.design.height()));
+    const QSize maximum(scaledMaximum(l.maximum.width(), placed.width(), l.design.width()),
+                        scaledMaximum(l.maximum.height(), placed.height(), l.design.height()));
+    // Loosen the limits around both the present and the new size first, so
+    // that no limit clamps the move and setting one never resizes by itself.
+    const QSize now = m_widget->size();
+    const auto setLimits = [this](const QSize &min, const QSize &max) {
+        if (m_widget->minimumSize() != min)
+            m_widget->setMinimumSize(min);
+        if (m_widget->maximumSize() != max)
+            m_widget->setMaximumSize(max);
+    };
+    setLimits(minimum.boundedTo(now), maximum.expandedTo(now));
+    m_widget->setGeometry(rect);
+    setLimits(minimum, maximum);
 }
 
 QString QtControl::name() const
@@ -123,6 +175,9 @@ GetResult QtControl::getEdge(Edge edge) const
     if (!m_widget)
         return hostError(HostErrc::Failed, "The control is gone");
     const int mode = unitMode();
+    if (geometryManaged(m_widget))
+        if (auto form = m_form.lock())
+            settleAncestors(m_widget, form->widget());
     const QRect g = m_widget->geometry();
     switch (edge) {
     case Edge::Left:
@@ -168,7 +223,7 @@ SetResult QtControl::setEdge(Edge edge, const Value &value)
         g.setHeight(px);
         break;
     }
-    m_widget->setGeometry(g);
+    place(g);
     return Done{};
 }
 
@@ -193,7 +248,7 @@ SetResult QtControl::move(const std::vector<Value> &args)
     }
     if (px[2] < 0 || px[3] < 0)
         return hostError(HostErrc::InvalidValue, "Invalid property value");
-    m_widget->setGeometry(px[0], px[1], px[2], px[3]);
+    place(QRect(px[0], px[1], px[2], px[3]));
     return Done{};
 }
 

@@ -4,7 +4,9 @@
 // control sitting on the form, twips inside any other container, written
 // rounded to whole pixels. A widget whose geometry a layout, splitter,
 // stacked widget or resizable scroll area manages refuses geometry writes;
-// its fonts and pictures still scale. Members Qt has no notion of are
+// its fonts and pictures still scale; its size is read after the layouts
+// above it have settled. Explicit minimum and maximum sizes scale with the
+// widget. Members Qt has no notion of are
 // mapped per widget class; a PascalCase Q_PROPERTY or dynamic property of
 // the same name serves for anything else, so custom widgets can take part.
 #pragma once
@@ -17,6 +19,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 namespace velmora::qt {
 
@@ -51,6 +54,9 @@ private:
     SetResult move(const std::vector<Value> &args);
     GetResult lineEnd(std::string_view name) const;
     SetResult setLineEnd(std::string_view name, const Value &value);
+    // Places the widget, first scaling any explicit minimum or maximum size
+    // it had at capture so that Qt does not clamp the engine's size.
+    void place(const QRect &rect);
     HostObjectPtr font(int slot);
     GetResult getBorderWidth() const;
     SetResult setBorderWidth(const Value &value);
@@ -60,6 +66,10 @@ private:
     QString m_nameOverride;
     Kind m_kind = Kind::Generic;
     std::array<HostObjectPtr, 5> m_fonts;
+    struct SizeLimits {
+        QSize design, minimum, maximum;
+    };
+    std::optional<SizeLimits> m_limits;
 };
 
 } // namespace velmora::qt

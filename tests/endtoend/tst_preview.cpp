@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 namespace {
 
 struct Run {
@@ -54,6 +56,7 @@ private Q_SLOTS:
     void bigFormLandsWhereRatiosPutIt();
     void badInputGivesClearErrors_data();
     void badInputGivesClearErrors();
+    void reportShowsNothingWasLost();
 };
 
 void tst_Preview::rendersSampleWithoutDisplay()
@@ -85,8 +88,9 @@ void tst_Preview::bigFormLandsWhereRatiosPutIt()
     const QString size = QStringLiteral("%1x%2").arg(qRound(1000 * rx)).arg(qRound(800 * ry));
     const Run r = preview({QFINDTESTDATA("../data/big_form.ui"), "--size", size, "--report"});
     QCOMPARE(r.exitCode, 0);
-    // Custom classes the loader cannot make fall back to their base, loudly.
-    QVERIFY(r.err.count("created as") >= 6);
+    // Custom classes the loader cannot make fall back to their base, loudly,
+    // once per class.
+    QCOMPARE(r.err.count("created as"), 3);
 
     const QJsonArray sizes = QJsonDocument::fromJson(r.out).object().value("sizes").toArray();
     QCOMPARE(sizes.size(), 2);
@@ -133,9 +137,33 @@ void tst_Preview::badInputGivesClearErrors_data()
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("message");
-    QTest::newRow("missing file") << QStringList{"/nonexistent/form.ui", "--report"} << 1 << "cannot open";
+    static QTemporaryDir dir;
+    const auto write = [](const QString &name, const QByteArray &bytes) {
+        QFile f(dir.filePath(name));
+        f.open(QIODevice::WriteOnly);
+        f.write(bytes);
+        return f.fileName();
+    };
+    QFile big(QFINDTESTDATA("../data/big_form.ui"));
+    big.open(QIODevice::ReadOnly);
+    const QByteArray form = big.readAll();
+    const QString fifo = dir.filePath("fifo.ui");
+    mkfifo(QFile::encodeName(fifo).constData(), 0600);
+
+    QTest::newRow("missing file") << QStringList{"/nonexistent/form.ui"} << 1 << "/nonexistent/form.ui: cannot open: no such file";
+    QTest::newRow("directory") << QStringList{dir.path()} << 1 << dir.path() + ": cannot open: it is a directory";
+    QTest::newRow("pipe (must not hang)") << QStringList{fifo} << 1 << fifo + ": cannot open: not a regular file";
+    const QString empty = write("empty.ui", {});
+    QTest::newRow("empty") << QStringList{empty} << 1 << empty + ": the file is empty";
+    const QString truncated = write("truncated.ui", form.left(form.size() / 2));
+    QTest::newRow("truncated") << QStringList{truncated} << 1 << truncated + ": the file ends early";
+    const QString notXml = QFINDTESTDATA("tst_preview.cpp");
+    QTest::newRow("not XML") << QStringList{notXml} << 1 << notXml + ": not well-formed XML at line 1";
+    const QString html = write("page.ui", "<html><body/></html>");
+    QTest::newRow("XML, not a form") << QStringList{html} << 1 << html + ": not a Qt Designer form";
+    const QString bare = write("bare.ui", "<ui version=\"4.0\"><class>Bare</class><resources/></ui>");
+    QTest::newRow("no top widget") << QStringList{bare} << 1 << bare + ": the form declares no top-level widget";
     QTest::newRow("bad size") << QStringList{"--size", "12by40"} << 2 << "bad size";
-    QTest::newRow("not a form") << QStringList{QFINDTESTDATA("tst_preview.cpp"), "--report"} << 1 << "cannot load";
 }
 
 void tst_Preview::badInputGivesClearErrors()
@@ -143,9 +171,36 @@ void tst_Preview::badInputGivesClearErrors()
     QFETCH(QStringList, args);
     QFETCH(int, exitCode);
     QFETCH(QString, message);
-    const Run r = preview(args);
+    const Run r = preview(args + QStringList{"--report"});
     QCOMPARE(r.exitCode, exitCode);
-    QVERIFY2(r.err.contains(message.toUtf8()), r.err.constData());
+    QVERIFY(r.out.isEmpty()); // no report of an empty form
+    // One line of ours, naming the file and the reason.
+    QList<QByteArray> ours;
+    for (const QByteArray &line : r.err.split('\n'))
+        if (line.startsWith("velmora-preview:"))
+            ours << line;
+    QCOMPARE(ours.size(), 1);
+    QVERIFY2(ours[0].contains(message.toUtf8()), r.err.constData());
+}
+
+void tst_Preview::reportShowsNothingWasLost()
+{
+    const Run r = preview({QFINDTESTDATA("../data/unknown_classes.ui"), "--report"});
+    QCOMPARE(r.exitCode, 0);
+    const QJsonObject doc = QJsonDocument::fromJson(r.out).object();
+    QCOMPARE(doc.value("widgetsDeclared").toInt(), 12); // the form and its 11 widgets
+    QCOMPARE(doc.value("widgetsLoaded").toInt(), 12);
+    QStringList placeholders;
+    for (const auto &c : doc.value("sizes").toArray()[0].toObject().value("controls").toArray())
+        if (c.toObject().value("placeholder").toBool())
+            placeholders << c.toObject().value("class").toString() + ' ' + c.toObject().value("name").toString();
+    placeholders.sort();
+    QCOMPARE(placeholders, (QStringList{"OldButton cancelButton", "OldCaption heading", "OldFrame pricesFrame",
+                                        "OldGrid priceGrid", "OldPanel detailPanel", "OldTextBox itemEdit",
+                                        "OldTextBox priceEdit"}));
+    // One warning per class, not per widget.
+    QCOMPARE(r.err.count("unknown class OldTextBox (2 widgets): shown as a placeholder"), 1);
+    QCOMPARE(r.err.count("unknown class"), 6);
 }
 
 QTEST_GUILESS_MAIN(tst_Preview)

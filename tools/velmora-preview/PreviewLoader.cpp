@@ -1,59 +1,171 @@
 #include "PreviewLoader.h"
 
+#include "PlaceholderWidget.h"
+
 #include <QBuffer>
 #include <QFile>
+#include <QFileInfo>
 #include <QWidget>
 #include <QXmlStreamReader>
 
 PreviewLoader::PreviewLoader(QObject *parent)
     : VelmoraUiLoader(parent)
+    , m_available(availableWidgets())
 {
 }
 
-void PreviewLoader::readCustomWidgets(const QByteArray &ui)
+bool PreviewLoader::qtKnows(const QString &className) const
 {
-    QXmlStreamReader xml(ui);
-    QString cls;
-    while (!xml.atEnd()) {
-        xml.readNext();
-        if (!xml.isStartElement())
-            continue;
-        if (xml.name() == QLatin1String("class"))
-            cls = xml.readElementText().trimmed();
-        else if (xml.name() == QLatin1String("extends") && !cls.isEmpty())
-            m_extends.insert(cls, xml.readElementText().trimmed());
-    }
+    // "Line" is Designer's name for a QFrame line; the loader knows it
+    // without listing it.
+    return m_available.contains(className) || className == QLatin1String("Line")
+        || className.startsWith(QLatin1String("Velmora"));
 }
 
 QWidget *PreviewLoader::createWidget(const QString &className, QWidget *parent, const QString &name)
 {
-    QWidget *w = VelmoraUiLoader::createWidget(className, parent, name);
-    // Walk up the declared base classes until Qt knows one.
-    for (QString base = className; !w && m_extends.contains(base);) {
-        base = m_extends.value(base);
-        w = VelmoraUiLoader::createWidget(base, parent, name);
+    QWidget *w = nullptr;
+    if (qtKnows(className)) {
+        w = VelmoraUiLoader::createWidget(className, parent, name);
+    } else {
+        // Walk up the declared bases until Qt knows one; a cycle or a chain
+        // that ends in another unknown class gets the placeholder.
+        QString base = className;
+        for (int hops = 0; hops < 32 && m_extends.contains(base) && !qtKnows(base); ++hops)
+            base = m_extends.value(base);
+        if (qtKnows(base))
+            w = VelmoraUiLoader::createWidget(base, parent, name);
+        if (!m_substitutes.contains(className))
+            m_substituteOrder << className;
+        Substitute &s = m_substitutes[className];
+        ++s.count;
+        if (w) {
+            s.madeAs = QLatin1String(w->metaObject()->className());
+        } else {
+            w = new PlaceholderWidget(className, parent);
+            w->setObjectName(name);
+            s.madeAs.clear();
+        }
     }
-    if (w && m_extends.contains(className) && className != QLatin1String(w->metaObject()->className()))
-        m_warnings << QStringLiteral("%1 \"%2\" created as %3")
-                          .arg(className, name, QLatin1String(w->metaObject()->className()));
+    if (w) {
+        m_created << w;
+        if (!parent && !m_root)
+            m_root = w;
+    }
     return w;
+}
+
+QStringList PreviewLoader::warnings() const
+{
+    QStringList out;
+    for (const QString &cls : m_substituteOrder) {
+        const Substitute &s = m_substitutes[cls];
+        const QString what = s.madeAs.isEmpty()
+            ? QStringLiteral("shown as a placeholder (no base class Qt knows)")
+            : QStringLiteral("created as %1, the class it extends").arg(s.madeAs);
+        const QString count = s.count == 1 ? QStringLiteral("1 widget") : QStringLiteral("%1 widgets").arg(s.count);
+        out << QStringLiteral("unknown class %1 (%2): %3").arg(cls, count, what);
+    }
+    return out;
+}
+
+int PreviewLoader::widgetsLoaded() const
+{
+    int n = 0;
+    for (const auto &w : m_created)
+        if (w && m_root && (w == m_root || m_root->isAncestorOf(w)))
+            ++n;
+    return n;
+}
+
+// Checks that the bytes are a well-formed .ui with a top-level widget, and
+// collects the declared bases of custom classes and the number of widgets.
+bool PreviewLoader::readForm(const QString &path, const QByteArray &ui, QString *error)
+{
+    const auto fail = [&](const QString &why) {
+        if (error)
+            *error = QStringLiteral("%1: %2").arg(path, why);
+        return false;
+    };
+    QXmlStreamReader xml(ui);
+    bool topWidget = false;
+    QString customClass;
+    int depth = 0;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (xml.isEndElement()) {
+            --depth;
+            continue;
+        }
+        if (!xml.isStartElement())
+            continue;
+        ++depth;
+        const auto name = xml.name();
+        if (depth == 1 && name != QLatin1String("ui"))
+            return fail(QStringLiteral("not a Qt Designer form (its root element is <%1>, not <ui>)")
+                            .arg(name.toString()));
+        if (name == QLatin1String("widget")) {
+            ++m_declared;
+            topWidget = topWidget || depth == 2;
+        } else if (name == QLatin1String("customwidget")) {
+            customClass.clear();
+        } else if (name == QLatin1String("class") && depth == 4) { // ui/customwidgets/customwidget/class
+            customClass = xml.readElementText().trimmed();
+            --depth;
+        } else if (name == QLatin1String("extends") && depth == 4 && !customClass.isEmpty()) {
+            const QString base = xml.readElementText().trimmed();
+            if (!base.isEmpty())
+                m_extends.insert(customClass, base);
+            --depth;
+        }
+    }
+    if (xml.hasError()) {
+        const QString why = xml.error() == QXmlStreamReader::PrematureEndOfDocumentError
+            ? QStringLiteral("the file ends early (truncated?) at line %1").arg(xml.lineNumber())
+            : QStringLiteral("not well-formed XML at line %1, column %2: %3")
+                  .arg(xml.lineNumber())
+                  .arg(xml.columnNumber())
+                  .arg(xml.errorString());
+        return fail(why);
+    }
+    if (!topWidget)
+        return fail(QStringLiteral("the form declares no top-level widget"));
+    return true;
 }
 
 QWidget *PreviewLoader::loadFile(const QString &path, QWidget *parent, QString *error)
 {
+    // Refuse what cannot be a form before reading it: a directory, or a
+    // pipe or device that would block or never end.
+    const QFileInfo info(path);
+    QString why;
+    if (!info.exists())
+        why = QStringLiteral("cannot open: no such file");
+    else if (info.isDir())
+        why = QStringLiteral("cannot open: it is a directory");
+    else if (!info.isFile())
+        why = QStringLiteral("cannot open: not a regular file");
+    else if (info.size() == 0)
+        why = QStringLiteral("the file is empty");
+    if (!why.isEmpty()) {
+        if (error)
+            *error = QStringLiteral("%1: %2").arg(path, why);
+        return nullptr;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (error)
-            *error = QStringLiteral("cannot open %1: %2").arg(path, file.errorString());
+            *error = QStringLiteral("%1: cannot open: %2").arg(path, file.errorString());
         return nullptr;
     }
     const QByteArray ui = file.readAll();
-    readCustomWidgets(ui);
+    if (!readForm(path, ui, error))
+        return nullptr;
     QBuffer buffer;
     buffer.setData(ui);
     buffer.open(QIODevice::ReadOnly);
     QWidget *form = load(&buffer, parent);
     if (!form && error)
-        *error = QStringLiteral("cannot load %1: %2").arg(path, errorString());
+        *error = QStringLiteral("%1: cannot load: %2").arg(path, errorString().simplified());
     return form;
 }

@@ -1,8 +1,12 @@
-// Velmora - loads .ui forms for the preview, and says so when a custom widget
-// had to be created as the Qt class it extends.
+// Velmora - loads any absolutely positioned .ui form for the preview. Custom
+// classes Qt cannot make become the class they extend or, with no known
+// base, a placeholder that keeps the widget's place and children. Files that
+// are not forms are refused with a reason instead of showing an empty window.
 #pragma once
 
 #include <QHash>
+#include <QList>
+#include <QPointer>
 #include <QStringList>
 #include "control/VelmoraUiLoader.h"
 
@@ -13,15 +17,30 @@ public:
     QWidget *createWidget(const QString &className, QWidget *parent = nullptr,
                           const QString &name = QString()) override;
 
-    // Loads a form from a file; on failure returns nullptr and sets *error.
+    // Loads a form from a file; on failure returns nullptr and sets *error to
+    // one line naming the file and the reason.
     QWidget *loadFile(const QString &path, QWidget *parent, QString *error);
 
-    // "class (name) created as base" lines, one per fallback.
-    const QStringList &warnings() const { return m_warnings; }
+    // One line per class that had to be made as something else.
+    QStringList warnings() const;
+    // Widgets the file declares, and how many of them the loaded form holds.
+    int widgetsDeclared() const { return m_declared; }
+    int widgetsLoaded() const;
 
 private:
-    void readCustomWidgets(const QByteArray &ui);
+    bool readForm(const QString &path, const QByteArray &ui, QString *error);
+    bool qtKnows(const QString &className) const;
 
     QHash<QString, QString> m_extends;
-    QStringList m_warnings;
+    QStringList m_available;
+    // Unknown class -> what it became, and how many widgets it covered.
+    struct Substitute {
+        QString madeAs;
+        int count = 0;
+    };
+    QHash<QString, Substitute> m_substitutes;
+    QStringList m_substituteOrder;
+    QList<QPointer<QWidget>> m_created;
+    QPointer<QWidget> m_root;
+    int m_declared = 0;
 };

@@ -1,5 +1,6 @@
 #include "PreviewSession.h"
 
+#include "PlaceholderWidget.h"
 #include "PreviewLoader.h"
 #include "control/VelmoraControl.h"
 #include "control/VelmoraControl_p.h"
@@ -38,6 +39,8 @@ bool PreviewSession::load(const QString &path, QString *error)
     m_warnings = loader.warnings();
     if (!m_root)
         return false;
+    m_declared = loader.widgetsDeclared();
+    m_loaded = loader.widgetsLoaded();
     m_root->setAttribute(Qt::WA_DeleteOnClose);
     QWidget *host = form();
     m_control = host->findChild<VelmoraControl *>();
@@ -86,7 +89,10 @@ QJsonObject PreviewSession::snapshot(bool design) const
             continue;
         QWidget *w = ctl->widget();
         QJsonObject o;
-        o.insert(QStringLiteral("class"), QString::fromLatin1(w->metaObject()->className()));
+        const QString placeholderClass = PlaceholderWidget::placeholderClass(w);
+        o.insert(QStringLiteral("class"), placeholderClass.isEmpty() ? QString::fromLatin1(w->metaObject()->className())
+                                                                     : placeholderClass);
+        o.insert(QStringLiteral("placeholder"), !placeholderClass.isEmpty());
         o.insert(QStringLiteral("name"), ctl->name());
         auto container = host->containerOf(w);
         auto *containerCtl = dynamic_cast<velmora::qt::QtControl *>(container.get());

@@ -22,6 +22,9 @@ public:
     QWidget *form() const;
     VelmoraControl *control() const { return m_control; }
     const QStringList &warnings() const { return m_warnings; }
+    // Widgets the form's file declares, and how many of them were loaded.
+    int widgetsDeclared() const { return m_declared; }
+    int widgetsLoaded() const { return m_loaded; }
 
     // Shows the form and makes sure a VelmoraControl serves it.
     void show();
@@ -36,4 +39,6 @@ private:
     QPointer<QWidget> m_root;
     QPointer<VelmoraControl> m_control;
     QStringList m_warnings;
+    int m_declared = 0;
+    int m_loaded = 0;
 };

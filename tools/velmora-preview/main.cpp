@@ -118,6 +118,8 @@ int main(int argc, char **argv)
     if (parser.isSet(reportOption)) {
         QJsonObject doc;
         doc.insert(QStringLiteral("form"), session.root()->objectName());
+        doc.insert(QStringLiteral("widgetsDeclared"), session.widgetsDeclared());
+        doc.insert(QStringLiteral("widgetsLoaded"), session.widgetsLoaded());
         doc.insert(QStringLiteral("sizes"), report);
         std::fputs(QJsonDocument(doc).toJson(QJsonDocument::Indented).constData(), stdout);
     }
