@@ -1,6 +1,7 @@
 #include "PlaceholderWidget.h"
 
 #include <QPainter>
+#include <QStyleOption>
 
 PlaceholderWidget::PlaceholderWidget(const QString &className, QWidget *parent)
     : QWidget(parent)
@@ -20,6 +21,11 @@ void PlaceholderWidget::paintEvent(QPaintEvent *)
     // A dashed outline and the class name: visibly not the real widget, and
     // quiet enough not to hide the children drawn over it.
     QPainter p(this);
+    // The usual custom-widget idiom, so that the widget's style sheet
+    // background still shows.
+    QStyleOption option;
+    option.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &p, this);
     QPen pen(palette().color(QPalette::Mid));
     pen.setStyle(Qt::DashLine);
     p.setPen(pen);
