@@ -198,6 +198,10 @@ void tst_Preview::reportShowsNothingWasLost()
     QCOMPARE(placeholders, (QStringList{"OldButton cancelButton", "OldCaption heading", "OldFrame pricesFrame",
                                         "OldGrid priceGrid", "OldPanel detailPanel", "OldTextBox itemEdit",
                                         "OldTextBox priceEdit"}));
+    // Menus are windows of their own; they count all the same.
+    const QJsonObject sample = QJsonDocument::fromJson(preview({"--report"}).out).object();
+    QVERIFY(sample.value("widgetsDeclared").toInt() > 40);
+    QCOMPARE(sample.value("widgetsLoaded").toInt(), sample.value("widgetsDeclared").toInt());
     // One warning per class, not per widget.
     QCOMPARE(r.err.count("unknown class OldTextBox (2 widgets): shown as a placeholder"), 1);
     QCOMPARE(r.err.count("unknown class"), 6);

@@ -71,10 +71,16 @@ QStringList PreviewLoader::warnings() const
 
 int PreviewLoader::widgetsLoaded() const
 {
+    // Menus are windows of their own, so isAncestorOf() would miss them.
+    const auto inForm = [this](const QWidget *w) {
+        for (; w; w = w->parentWidget())
+            if (w == m_root)
+                return true;
+        return false;
+    };
     int n = 0;
     for (const auto &w : m_created)
-        if (w && m_root && (w == m_root || m_root->isAncestorOf(w)))
-            ++n;
+        n += w && m_root && inForm(w);
     return n;
 }
 
