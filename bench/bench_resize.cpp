@@ -6,10 +6,12 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QElapsedTimer>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 
 #include <algorithm>
 #include <cstdio>
@@ -18,8 +20,9 @@
 namespace {
 
 // 1000 widgets: 100 group boxes of 9 children each (label, edit, button,
-// check box, repeated), in a 10 x 10 grid.
-std::unique_ptr<QWidget> bigForm()
+// check box, repeated), in a 10 x 10 grid; with `limits`, every child has a
+// minimum and a maximum size to scale.
+std::unique_ptr<QWidget> bigForm(bool limits)
 {
     auto form = std::make_unique<QWidget>();
     form->resize(1600, 1200);
@@ -39,8 +42,42 @@ std::unique_ptr<QWidget> bigForm()
                 }
                 w->setObjectName(QStringLiteral("w%1").arg(n++));
                 w->setGeometry(6 + (i % 3) * 48, 22 + (i / 3) * 28, 44, 24);
+                if (limits) {
+                    w->setMinimumSize(30, 16);
+                    w->setMaximumSize(60, 30);
+                }
             }
         }
+    }
+    new VelmoraControl(form.get());
+    return form;
+}
+
+// 500 widgets on the four pages of a tab widget: on each page a grid layout
+// places 25 group boxes, each holding 4 absolutely placed widgets. Three
+// pages are hidden, so their layouts settle only when Velmora asks.
+std::unique_ptr<QWidget> laidOutForm()
+{
+    auto form = std::make_unique<QWidget>();
+    form->resize(1600, 1200);
+    auto *tabs = new QTabWidget(form.get());
+    tabs->setObjectName(QStringLiteral("tabs"));
+    tabs->setGeometry(4, 4, 1592, 1192);
+    int n = 0;
+    for (int page = 0; page < 4; ++page) {
+        auto *p = new QWidget;
+        auto *grid = new QGridLayout(p);
+        for (int cell = 0; cell < 25; ++cell) {
+            auto *group = new QGroupBox(QStringLiteral("Group %1").arg(n));
+            group->setObjectName(QStringLiteral("group%1").arg(n++));
+            for (int i = 0; i < 4; ++i) {
+                QWidget *w = i % 2 ? static_cast<QWidget *>(new QLineEdit(group)) : new QLabel(QStringLiteral("Label"), group);
+                w->setObjectName(QStringLiteral("w%1").arg(n++));
+                w->setGeometry(6 + (i % 2) * 120, 24 + (i / 2) * 30, 110, 24);
+            }
+            grid->addWidget(group, cell / 5, cell % 5);
+        }
+        tabs->addTab(p, QStringLiteral("Page %1").arg(page + 1));
     }
     new VelmoraControl(form.get());
     return form;
@@ -96,11 +133,19 @@ int main(int argc, char **argv)
         return 1;
     }
     const Timing s = measure(sample.root(), sample.form(), rounds);
-    auto big = bigForm();
+    auto big = bigForm(false);
     const Timing b = measure(big.get(), big.get(), rounds);
+    big.reset();
+    auto limited = bigForm(true);
+    const Timing l = measure(limited.get(), limited.get(), rounds);
+    limited.reset();
+    auto laidOut = laidOutForm();
+    const Timing o = measure(laidOut.get(), laidOut.get(), rounds);
 
     std::printf("form                 widgets  pass (ms)  pass+paint (ms)   median of %d\n", rounds);
     std::printf("sample form          %7d  %9.2f  %15.2f\n", countWidgets(sample.form()), s.passMs, s.paintMs);
-    std::printf("1000-widget form     %7d  %9.2f  %15.2f\n", countWidgets(big.get()), b.passMs, b.paintMs);
+    std::printf("1000-widget form     %7d  %9.2f  %15.2f\n", 1001, b.passMs, b.paintMs);
+    std::printf("  with min/max sizes %7d  %9.2f  %15.2f\n", 1001, l.passMs, l.paintMs);
+    std::printf("laid-out containers  %7d  %9.2f  %15.2f\n", countWidgets(laidOut.get()), o.passMs, o.paintMs);
     return 0;
 }

@@ -175,9 +175,6 @@ GetResult QtControl::getEdge(Edge edge) const
     if (!m_widget)
         return hostError(HostErrc::Failed, "The control is gone");
     const int mode = unitMode();
-    if (geometryManaged(m_widget))
-        if (auto form = m_form.lock())
-            settleAncestors(m_widget, form->widget());
     const QRect g = m_widget->geometry();
     switch (edge) {
     case Edge::Left:
@@ -357,7 +354,12 @@ GetResult QtControl::get(std::string_view name)
         auto form = m_form.lock();
         if (!form)
             return hostError(HostErrc::Failed, "The form is gone");
-        return Value(form->containerOf(m_widget));
+        auto container = form->containerOf(m_widget);
+        // A child asks for its container to measure it: one laid out by its
+        // parent must have the size its layouts give it now.
+        if (auto *c = dynamic_cast<QtControl *>(container.get()); c && geometryManaged(c->widget()))
+            settleAncestors(c->widget(), form->widget());
+        return Value(std::move(container));
     }
     if (const int slot = fontSlot(name); slot >= 0 && !line) {
         if (auto f = font(slot))

@@ -4,8 +4,8 @@
 // control sitting on the form, twips inside any other container, written
 // rounded to whole pixels. A widget whose geometry a layout, splitter,
 // stacked widget or resizable scroll area manages refuses geometry writes;
-// its fonts and pictures still scale; its size is read after the layouts
-// above it have settled. Explicit minimum and maximum sizes scale with the
+// its fonts and pictures still scale; when it is a container, the layouts
+// above it settle before its children measure it. Explicit minimum and maximum sizes scale with the
 // widget. Members Qt has no notion of are
 // mapped per widget class; a PascalCase Q_PROPERTY or dynamic property of
 // the same name serves for anything else, so custom widgets can take part.
