@@ -90,8 +90,9 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
     else if (qobject_cast<QFrame *>(widget))
         m_kind = Kind::Frame;
     // The adapter is made when the layout is captured: the limits a form
-    // was designed with are the ones the widget has now.
-    if (widget) {
+    // was designed with are the ones the widget has now. The component's own
+    // fixed size is its icon's, not a limit of the design.
+    if (widget && !widget->inherits("VelmoraControl")) {
         const QSize minimum = widget->minimumSize(), maximum = widget->maximumSize();
         if (!minimum.isNull() || maximum != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
             m_limits = SizeLimits{widget->size(), minimum, maximum};

@@ -5,10 +5,10 @@
 // rounded to whole pixels. A widget whose geometry a layout, splitter,
 // stacked widget or resizable scroll area manages refuses geometry writes;
 // its fonts and pictures still scale; when it is a container, the layouts
-// above it settle before its children measure it. Explicit minimum and maximum sizes scale with the
-// widget. Members Qt has no notion of are
-// mapped per widget class; a PascalCase Q_PROPERTY or dynamic property of
-// the same name serves for anything else, so custom widgets can take part.
+// above it settle before its children measure it. Explicit minimum and
+// maximum sizes scale with the widget. Members Qt has no notion of are mapped
+// per widget class; a PascalCase Q_PROPERTY or dynamic property of the same
+// name serves for anything else, so custom widgets can take part.
 #pragma once
 
 #include "layout/HostObject.h"
