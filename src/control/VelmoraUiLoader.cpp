@@ -9,6 +9,11 @@ VelmoraUiLoader::VelmoraUiLoader(QObject *parent)
 {
 }
 
+QStringList VelmoraUiLoader::velmoraClasses()
+{
+    return {QStringLiteral("VelmoraLine"), QStringLiteral("VelmoraShape"), QStringLiteral("VelmoraControl")};
+}
+
 QWidget *VelmoraUiLoader::createWidget(const QString &className, QWidget *parent, const QString &name)
 {
     QWidget *w = nullptr;

@@ -11,4 +11,7 @@ public:
 
     QWidget *createWidget(const QString &className, QWidget *parent = nullptr,
                           const QString &name = QString()) override;
+
+    // The Velmora classes this loader creates itself.
+    static QStringList velmoraClasses();
 };

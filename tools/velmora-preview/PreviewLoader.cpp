@@ -10,7 +10,7 @@
 
 PreviewLoader::PreviewLoader(QObject *parent)
     : VelmoraUiLoader(parent)
-    , m_available(availableWidgets())
+    , m_available(availableWidgets() + velmoraClasses())
 {
 }
 
@@ -18,16 +18,13 @@ bool PreviewLoader::qtKnows(const QString &className) const
 {
     // "Line" is Designer's name for a QFrame line; the loader knows it
     // without listing it.
-    return m_available.contains(className) || className == QLatin1String("Line")
-        || className.startsWith(QLatin1String("Velmora"));
+    return m_available.contains(className) || className == QLatin1String("Line");
 }
 
 QWidget *PreviewLoader::createWidget(const QString &className, QWidget *parent, const QString &name)
 {
-    QWidget *w = nullptr;
-    if (qtKnows(className)) {
-        w = VelmoraUiLoader::createWidget(className, parent, name);
-    } else {
+    QWidget *w = qtKnows(className) ? VelmoraUiLoader::createWidget(className, parent, name) : nullptr;
+    if (!w) {
         // Walk up the declared bases until Qt knows one; a cycle or a chain
         // that ends in another unknown class gets the placeholder.
         QString base = className;
