@@ -102,6 +102,15 @@ Loaded load(const QString &path)
     return l;
 }
 
+// Puts a VelmoraControl on the form, passes at once, and shows it.
+bool showScaled(QWidget *form)
+{
+    auto *velmora = new VelmoraControl(form);
+    velmora->setResizeOnMouseUp(false);
+    form->show();
+    return QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000);
+}
+
 } // namespace
 
 class tst_RealForms : public QObject {
@@ -184,10 +193,7 @@ void tst_RealForms::controlsLandWhereRatiosPutThem()
     const Loaded l = load(path);
     QVERIFY2(l.form, qPrintable(l.error));
     QWidget *form = l.form.get();
-    auto *velmora = new VelmoraControl(form);
-    velmora->setResizeOnMouseUp(false);
-    form->show();
-    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));
+    QVERIFY(showScaled(form));
     auto *tabs = form->findChild<QTabWidget *>();
 
     // Every page in turn shows what its widgets look like at design size;
@@ -243,10 +249,7 @@ void tst_RealForms::limitsScaleWithTheirWidget()
     const Loaded l = load(QFINDTESTDATA("../data/limits_form.ui"));
     QVERIFY2(l.form, qPrintable(l.error));
     QWidget *form = l.form.get();
-    auto *velmora = new VelmoraControl(form);
-    velmora->setResizeOnMouseUp(false);
-    form->show();
-    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));
+    QVERIFY(showScaled(form));
     const auto limits = [&](const char *name) {
         QWidget *w = form->findChild<QWidget *>(name);
         return std::make_pair(w->minimumSize(), w->maximumSize());
