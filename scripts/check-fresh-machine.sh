@@ -170,6 +170,10 @@ prepare_run() {
     ln -s pts/ptmx "$root/dev/ptmx" && ln -s /proc/self/fd "$root/dev/fd"
     # Downloaded .debs are kept between runs; they are still installed anew.
     mount --bind "$cache/apt-archives" "$root/var/cache/apt/archives"
+    # So is the compiler cache that bootstrap.sh sets up: a cached object is
+    # the one the compiler would make, and compiling dominates the run.
+    mkdir -p "$root/root/.cache/ccache"
+    mount --bind "$cache/ccache" "$root/root/.cache/ccache"
     git clone -q --no-checkout --no-hardlinks "$repo" "$root/root/velmora"
     git -C "$root/root/velmora" checkout -q "$sha"
 }
@@ -177,7 +181,7 @@ prepare_run() {
 main() {
     local t0=$SECONDS t1 cmd d out failed=""
     [ "$(id -u)" -eq 0 ] || { echo "check-fresh-machine.sh must run as root (chroot, mount)" >&2; exit 1; }
-    mkdir -p "$cache/apt-archives/partial" "$logs"
+    mkdir -p "$cache/apt-archives/partial" "$cache/ccache" "$logs"
     exec 9>"$cache/lock"
     flock -n 9 || { log "another check holds $cache/lock; waiting"; flock 9; }
     trap cleanup EXIT
