@@ -357,9 +357,15 @@ GetResult QtControl::get(std::string_view name)
             return hostError(HostErrc::Failed, "The form is gone");
         auto container = form->containerOf(m_widget);
         // A child asks for its container to measure it: one laid out by its
-        // parent must have the size its layouts give it now.
-        if (auto *c = dynamic_cast<QtControl *>(container.get()); c && geometryManaged(c->widget()))
-            settleAncestors(c->widget(), form->widget());
+        // parent must have the size its layouts give it now. Once a pass is
+        // enough: the container and everything above it have had their turn
+        // before its first child, and its children cannot change its size.
+        auto *c = dynamic_cast<QtControl *>(container.get());
+        if (c && c->m_settledInPass != form->passSerial()) {
+            c->m_settledInPass = form->passSerial();
+            if (geometryManaged(c->widget()))
+                settleAncestors(c->widget(), form->widget());
+        }
         return Value(std::move(container));
     }
     if (const int slot = fontSlot(name); slot >= 0 && !line) {

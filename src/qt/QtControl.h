@@ -70,6 +70,7 @@ private:
         QSize design, minimum, maximum;
     };
     std::optional<SizeLimits> m_limits;
+    unsigned m_settledInPass = 0; // pass in which its children last measured it
 };
 
 } // namespace velmora::qt

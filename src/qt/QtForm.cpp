@@ -133,6 +133,8 @@ void QtForm::setPicture(const QPixmap &pixmap)
 
 void QtForm::beginUpdate()
 {
+    if (m_updateDepth == 0)
+        ++m_passSerial;
     if (m_form && m_updateDepth++ == 0)
         m_form->setUpdatesEnabled(false);
 }

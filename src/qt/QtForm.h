@@ -52,6 +52,8 @@ public:
     // Brackets a pass so that the form repaints once, when it ends.
     void beginUpdate();
     void endUpdate();
+    // Counts the passes bracketed so far.
+    unsigned passSerial() const { return m_passSerial; }
 
 private:
     explicit QtForm(QWidget *form);
@@ -71,6 +73,7 @@ private:
     QHash<QString, QPointer<QObject>> m_keysInUse;
     QHash<QString, int> m_unnamedCount;
     int m_updateDepth = 0;
+    unsigned m_passSerial = 0;
 };
 
 } // namespace velmora::qt
