@@ -15,11 +15,19 @@ using velmora::qt::QtPicture;
 VelmoraControlPrivate::VelmoraControlPrivate(VelmoraControl *owner)
     : q(owner)
 {
-    engine.events.resizeStarted = [this] { Q_EMIT q->ResizeStarted(); };
-    engine.events.resizeDone = [this] { Q_EMIT q->ResizeDone(); };
-    engine.events.error = [this](const std::string &description, const velmora::HostError &error) {
-        Q_EMIT q->Error(QString::fromStdString(description), QString::fromStdString(error.description));
+    engine.events.resizeStarted = [this] {
+        if (q)
+            Q_EMIT q->ResizeStarted();
     };
+    engine.events.resizeDone = [this] {
+        if (q)
+            Q_EMIT q->ResizeDone();
+    };
+    engine.events.error = [this](const std::string &description, const velmora::HostError &error) {
+        if (q)
+            Q_EMIT q->Error(QString::fromStdString(description), QString::fromStdString(error.description));
+    };
+    driver.keepAlive = [this]() -> std::shared_ptr<void> { return shared_from_this(); };
     QObject::connect(&driver, &velmora::FormDriver::trappedError, q, [owner](const QString &text) {
         QMessageBox::critical(owner->window(), QString(), text);
     });
@@ -57,7 +65,7 @@ QPixmap VelmoraControlPrivate::pixmapOf(const HostObjectPtr &picture) const
 
 VelmoraControl::VelmoraControl(QWidget *parent)
     : QWidget(parent)
-    , d(std::make_unique<VelmoraControlPrivate>(this))
+    , d(std::make_shared<VelmoraControlPrivate>(this))
 {
     setObjectName(QStringLiteral("VelmoraControl"));
     setFixedSize(32, 32);
@@ -68,6 +76,9 @@ VelmoraControl::VelmoraControl(QWidget *parent)
 
 VelmoraControl::~VelmoraControl()
 {
+    // A pass on the stack (this deletion came from one of its signals or
+    // events) holds its own reference to d and stops at its next step.
+    d->q = nullptr;
     d->driver.bind(nullptr);
 }
 

@@ -99,5 +99,7 @@ protected:
 
 private:
     friend class VelmoraControlPrivate;
-    std::unique_ptr<VelmoraControlPrivate> d;
+    // Shared: a pass running when the component is deleted keeps it alive
+    // until the pass has unwound.
+    std::shared_ptr<VelmoraControlPrivate> d;
 };

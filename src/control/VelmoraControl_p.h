@@ -7,7 +7,7 @@
 #include "form/FormDriver.h"
 #include "qt/QtEngineHost.h"
 
-class VelmoraControlPrivate {
+class VelmoraControlPrivate : public std::enable_shared_from_this<VelmoraControlPrivate> {
 public:
     explicit VelmoraControlPrivate(VelmoraControl *q);
     static VelmoraControlPrivate *get(VelmoraControl *control) { return control->d.get(); }
@@ -18,7 +18,7 @@ public:
     velmora::HostObjectPtr hostFor(QWidget *w) const;
     QPixmap pixmapOf(const velmora::HostObjectPtr &picture) const;
 
-    VelmoraControl *q;
+    VelmoraControl *q; // nullptr once the component is deleted
     velmora::qt::QtEngineHost host;
     velmora::ResizeEngine engine{host};
     velmora::FormDriver driver{engine};

@@ -50,7 +50,7 @@ std::optional<float> ResizeEngine::twipsHeight(HostObject &form, float value)
 
 void ResizeEngine::raiseDone()
 {
-    if (FormReady && events.resizeDone)
+    if (FormReady && !StopRequested && events.resizeDone)
         events.resizeDone();
 }
 

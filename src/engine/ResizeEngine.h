@@ -33,6 +33,9 @@ public:
     float CurScaleWidth = 0, CurScaleHeight = 0;
     // The smaller of the last placed control's two scale ratios.
     float FontFactor = 0;
+    // Set when what the pass serves is going away (from an event handler
+    // the pass let run): the pass stops before the next control.
+    bool StopRequested = false;
 
     EngineEvents events;
 

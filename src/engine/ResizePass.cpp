@@ -66,6 +66,8 @@ void ResizeEngine::ResizeControls(HostForm &form)
 
     if (FormReady && events.resizeStarted)
         events.resizeStarted();
+    if (StopRequested)
+        return;
 
     const auto scaleWidth = getSingle(form, "ScaleWidth");
     const auto scaleHeight = getSingle(form, "ScaleHeight");
@@ -114,6 +116,8 @@ void ResizeEngine::ResizeControls(HostForm &form)
 
     // Walk 2: place, size and redraw. Menus are only refreshed.
     for (const Entry &e : entries) {
+        if (StopRequested)
+            return;
         if (!e.rec || !e.flags) {
             e.ctrl->call("Refresh", {});
             continue;
@@ -142,7 +146,7 @@ void ResizeEngine::ResizeControls(HostForm &form)
     // Walk 3: put the image lists back and remember what we placed.
     if (ScaleGraphics)
         for (const Entry &e : entries)
-            if (e.rec && e.flags)
+            if (e.rec && e.flags && !StopRequested)
                 reattachImageLists(*e.ctrl, *e.rec, *e.flags);
     raiseDone();
 }

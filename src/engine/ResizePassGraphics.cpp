@@ -183,6 +183,8 @@ void ResizeEngine::fitToolbarHeight(HostObject &ctrl, ControlClass &rec, float f
     std::optional<float> remembered;
     for (int round = 0; round < MaxToolbarFitRounds; ++round) {
         m_host.processEvents();
+        if (StopRequested)
+            return;
         const auto height = getSingle(ctrl, "Height");
         if (!height)
             return;

@@ -5,6 +5,7 @@
 #include "qt/QtForm.h"
 #include "qt/QtLayoutSettling.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QWidget>
 
@@ -25,6 +26,12 @@ FormDriver::~FormDriver() = default;
 
 void FormDriver::bind(QWidget *form)
 {
+    if (m_passRunning) {
+        m_engine.StopRequested = true;
+        m_bindPending = true;
+        m_pendingForm = form;
+        return;
+    }
     if (form == m_form)
         return;
     if (m_form)
@@ -46,6 +53,7 @@ void FormDriver::bind(QWidget *form)
         QMetaObject::invokeMethod(
             this,
             [this, guard = QPointer<QWidget>(form)] {
+                const auto alive = hold();
                 if (guard && guard == m_form && !Loaded) {
                     FormLoaded();
                     FormResized();
@@ -57,6 +65,7 @@ void FormDriver::bind(QWidget *form)
 
 bool FormDriver::eventFilter(QObject *watched, QEvent *event)
 {
+    const auto alive = hold();
     if (watched == m_form) {
         switch (event->type()) {
         case QEvent::Show:
@@ -69,13 +78,34 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
             break;
         case QEvent::Resize:
             if (Loaded)
-                FormResized();
+                postPass();
             break;
         default:
             break;
         }
     }
-    return QObject::eventFilter(watched, event);
+    return false;
+}
+
+namespace {
+const QEvent::Type PassRequest = static_cast<QEvent::Type>(QEvent::registerEventType());
+}
+
+void FormDriver::postPass()
+{
+    if (m_passPosted)
+        return;
+    m_passPosted = true;
+    QCoreApplication::postEvent(this, new QEvent(PassRequest), Qt::HighEventPriority);
+}
+
+bool FormDriver::event(QEvent *event)
+{
+    if (event->type() != PassRequest)
+        return QObject::event(event);
+    m_passPosted = false;
+    FormResized();
+    return true;
 }
 
 void FormDriver::takeDesignSizeIfUnknown()
@@ -108,19 +138,53 @@ void FormDriver::runPass()
 {
     if (!m_hostForm)
         return;
+    if (m_passRunning) {
+        m_passPending = true;
+        return;
+    }
+    const auto alive = hold();
+    m_passPending = false; // this pass answers any request made before it
+    // The pass keeps the form it started on, whatever happens to m_hostForm.
+    const std::shared_ptr<qt::QtForm> form = m_hostForm;
+    m_passRunning = true;
     // Containers placed by layouts are recorded at the size they will show
     // with, hidden pages included.
     if (!m_engine.Initialised)
-        qt::settleLayouts(m_form);
-    m_hostForm->beginUpdate();
-    m_engine.ResizeControls(*m_hostForm);
-    m_hostForm->endUpdate();
+        qt::settleLayouts(form->widget());
+    form->beginUpdate();
+    m_engine.ResizeControls(*form);
+    form->endUpdate();
+    m_passRunning = false;
+    m_engine.StopRequested = false;
+    runPending();
+}
+
+void FormDriver::runPending()
+{
+    if (m_bindPending) {
+        m_bindPending = false;
+        m_passPending = m_resetPending = false;
+        bind(m_pendingForm);
+        return;
+    }
+    if (m_resetPending) {
+        m_resetPending = m_passPending = false;
+        Reset();
+    } else if (m_passPending) {
+        m_passPending = false;
+        FormResized();
+    }
 }
 
 void FormDriver::FormResized()
 {
-    if (!m_hostForm || SettingUp)
+    if (!m_hostForm)
         return;
+    if (SettingUp) { // a resize from the events the set-up lets run
+        m_passPending = true;
+        return;
+    }
+    const auto alive = hold();
     try {
         if (!m_engine.FormReady) {
             SettingUp = true;
@@ -146,6 +210,7 @@ void FormDriver::FormResized()
 
 void FormDriver::delayedResize()
 {
+    const auto alive = hold();
     m_tmrDelayResize.stop();
     if (!minimised() && ScaleControls)
         runPass();
@@ -155,6 +220,12 @@ void FormDriver::Reset()
 {
     if (!m_hostForm)
         return;
+    if (m_passRunning) {
+        // The records the running pass walks must outlive it.
+        m_resetPending = true;
+        return;
+    }
+    const auto alive = hold();
     m_engine.Initialised = false;
     // As read, in the form's own units.
     m_engine.RefScaleWidth = getSingle(*m_hostForm, "ScaleWidth").value_or(0);

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace velmora {
@@ -23,7 +24,12 @@ public:
     ~FormDriver() override;
 
     // Serve `form` (nullptr: serve nothing). Rebinding starts from scratch.
+    // Asked for while a pass runs, it stops that pass and happens after it.
     void bind(QWidget *form);
+    // What owns the driver, held for as long as a pass or an event of the
+    // form is being handled: an application may delete the component or
+    // its form from a slot or an event the pass lets run.
+    std::function<std::shared_ptr<void>()> keepAlive;
     QWidget *form() const { return m_form; }
     const std::shared_ptr<qt::QtForm> &hostForm() const { return m_hostForm; }
 
@@ -49,17 +55,31 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    bool event(QEvent *event) override;
 
 private:
     void FormLoaded();
     void takeDesignSizeIfUnknown();
     void delayedResize();
     bool minimised() const;
+    std::shared_ptr<void> hold() const { return keepAlive ? keepAlive() : nullptr; }
+    void runPending();
+    // Answers a resize from the event loop, ahead of the repaint: never
+    // inside the form's own event, which a handler may delete the form from.
+    void postPass();
 
     ResizeEngine &m_engine;
     QPointer<QWidget> m_form;
     std::shared_ptr<qt::QtForm> m_hostForm;
     QTimer m_tmrDelayResize;
+    // Re-entry from events a pass lets run: one pass at a time; what is
+    // asked for meanwhile runs once the pass is over.
+    bool m_passRunning = false;
+    bool m_passPosted = false;
+    bool m_passPending = false;
+    bool m_resetPending = false;
+    bool m_bindPending = false;
+    QPointer<QWidget> m_pendingForm;
 };
 
 } // namespace velmora

@@ -1,5 +1,6 @@
 // Whole forms, built by uic, by QUiLoader and in code, scaled through a
-// VelmoraControl as a user resizes them.
+// VelmoraControl as a user resizes them. A pass answers a resize from the
+// event loop, so each resize is followed by delivering posted events.
 #include "control/VelmoraControl.h"
 #include "control/VelmoraUiLoader.h"
 #include "ui_scaleform.h"
@@ -49,6 +50,7 @@ std::unique_ptr<QWidget> buildForm(Builder builder)
     auto *velmora = new VelmoraControl(form.get());
     velmora->setResizeOnMouseUp(false);
     form->resize(1000, 1000);
+    QCoreApplication::sendPostedEvents();
     auto *target = new QPushButton(QStringLiteral("Target"), form.get());
     target->setObjectName("target");
     target->setGeometry(100, 200, 300, 400);
@@ -122,12 +124,14 @@ void tst_EndToEnd::scalesWholeForm()
     auto *check = form->findChild<QCheckBox *>("inGroup");
 
     form->resize(2000, 1500);
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(target->geometry(), QRect(200, 300, 600, 600));
     QCOMPARE(target->font().pointSizeF(), 15.0);
     QCOMPARE(group->geometry(), QRect(1000, 150, 800, 450));
     QCOMPARE(check->geometry(), QRect(80, 90, 400, 45)); // by its group box
 
     form->resize(1000, 1000);
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(target->geometry(), QRect(100, 200, 300, 400));
     QCOMPARE(target->font().pointSizeF(), 10.0);
 }
@@ -156,11 +160,13 @@ void tst_EndToEnd::designSize()
         velmora->setDesignFormScaleHeight(storedDesign.height());
     }
     form->resize(shownAt);
+    QCoreApplication::sendPostedEvents();
     QVERIFY(showAndWait(form.get()));
     auto *button = form->findChild<QPushButton *>("target");
     QCOMPARE(button->geometry(), target);
 
     form->resize(shownAt * 2);
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(button->geometry(), QRect(target.topLeft() * 2, target.size() * 2));
 }
 
@@ -172,9 +178,12 @@ void tst_EndToEnd::noDriftThroughOddSizes()
     auto *check = form->findChild<QCheckBox *>("inGroup");
     // Each odd size rounds every edge to pixels; none of that may pile up
     // into the design layout.
-    for (const QSize s : {QSize(1237, 911), QSize(733, 1291), QSize(1501, 777), QSize(997, 1003), QSize(611, 389)})
+    for (const QSize s : {QSize(1237, 911), QSize(733, 1291), QSize(1501, 777), QSize(997, 1003), QSize(611, 389)}) {
         form->resize(s);
+        QCoreApplication::sendPostedEvents();
+    }
     form->resize(1000, 1000);
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(target->geometry(), QRect(100, 200, 300, 400));
     QCOMPARE(check->geometry(), QRect(40, 60, 200, 30));
     QCOMPARE(target->font().pointSizeF(), 10.0);
@@ -193,9 +202,12 @@ void tst_EndToEnd::picturesNeverDegrade()
 
     for (int i = 0; i < 20; ++i) {
         form->resize(2000, 1500);
+        QCoreApplication::sendPostedEvents();
         form->resize(500, 600);
+        QCoreApplication::sendPostedEvents();
     }
     form->resize(2000, 1500);
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(label->size(), QSize(160, 90));
     const QImage direct = velmora->ScalePicture(original, 2.0, 1.5).toImage();
     QCOMPARE(direct.size(), QSize(160, 90));
@@ -212,7 +224,9 @@ void tst_EndToEnd::resizeOnMouseUpDefersThePass()
 
     // A drag: several resizes in quick succession.
     form->resize(1200, 1100);
+    QCoreApplication::sendPostedEvents();
     form->resize(1600, 1300);
+    QCoreApplication::sendPostedEvents();
     form->resize(2000, 1500);
     QCoreApplication::processEvents();
     QCOMPARE(target->geometry(), QRect(100, 200, 300, 400));
@@ -239,6 +253,7 @@ void tst_EndToEnd::onePaintPerPass()
     QTest::qWait(50);
     target->installEventFilter(&counter);
     form->resize(2000, 1500);
+    QCoreApplication::sendPostedEvents();
     QTRY_VERIFY(counter.paints > 0);
     QTest::qWait(50);
     QCOMPARE(counter.paints, 1);
@@ -251,10 +266,12 @@ void tst_EndToEnd::resetTakesPresentLayout()
     auto *velmora = showAndWait(form.get());
     auto *target = form->findChild<QPushButton *>("target");
     form->resize(2000, 1500);
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(target->font().pointSizeF(), 15.0);
 
     velmora->Reset();
     form->resize(1000, 750);
+    QCoreApplication::sendPostedEvents();
     // Scaled from the layout at Reset, not from the design.
     QCOMPARE(target->font().pointSizeF(), 7.5);
     QCOMPARE(target->geometry(), QRect(100, 150, 300, 300));
@@ -274,6 +291,7 @@ void tst_EndToEnd::controlAddedToShownForm()
     velmora->setResizeOnMouseUp(false);
     QTRY_VERIFY(velmora->isFormReady());
     form.resize(800, 600);
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(label->geometry(), QRect(80, 60, 200, 40));
 }
 
@@ -294,6 +312,7 @@ void tst_EndToEnd::mainWindowCentralWidgetIsTheForm()
 
     const QSize before = central->size();
     main.resize(main.width() + before.width(), main.height() + before.height());
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(central->size(), before * 2);
     QCOMPARE(label->geometry(), QRect(100, 80, 400, 60));
 }

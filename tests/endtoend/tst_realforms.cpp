@@ -257,6 +257,7 @@ void tst_RealForms::limitsScaleWithTheirWidget()
     const QSize unset(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
 
     form->resize(250, 200); // half the design size
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(limits("minLabel"), std::make_pair(QSize(40, 8), unset));
     QCOMPARE(limits("maxLabel"), std::make_pair(QSize(0, 0), QSize(50, 10)));
     QCOMPARE(limits("fixedButton"), std::make_pair(QSize(45, 15), QSize(45, 15)));
@@ -264,10 +265,12 @@ void tst_RealForms::limitsScaleWithTheirWidget()
     QCOMPARE(limits("widthOnlyCombo"), std::make_pair(QSize(55, 0), QSize(QWIDGETSIZE_MAX, 12)));
 
     form->resize(1000, 800);
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(limits("minLabel"), std::make_pair(QSize(160, 30), unset));
     QCOMPARE(limits("fixedButton"), std::make_pair(QSize(180, 60), QSize(180, 60)));
 
     form->resize(500, 400); // back to design: the limits the form was designed with
+    QCoreApplication::sendPostedEvents();
     QCOMPARE(limits("minEdit"), std::make_pair(QSize(150, 24), unset));
     QCOMPARE(limits("widthOnlyCombo"), std::make_pair(QSize(110, 0), QSize(QWIDGETSIZE_MAX, 24)));
 }

@@ -118,6 +118,7 @@ void tst_Pictures::formPictureScalesUnderChildren()
     QCOMPARE(f.widget.grab().toImage().pixelColor(39, 19), QColor(Qt::darkGreen));
 
     f.widget.resize(400, 200);
+    QCoreApplication::sendPostedEvents(); // the pass answers from the event loop
     const QImage shot = f.widget.grab().toImage();
     QCOMPARE(shot.pixelColor(79, 39), QColor(Qt::darkGreen));
     QCOMPARE(shot.pixelColor(85, 45), QColor(Qt::white));
