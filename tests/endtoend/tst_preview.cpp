@@ -164,6 +164,11 @@ void tst_Preview::badInputGivesClearErrors_data()
     const QString bare = write("bare.ui", "<ui version=\"4.0\"><class>Bare</class><resources/></ui>");
     QTest::newRow("no top widget") << QStringList{bare} << 1 << bare + ": the form declares no top-level widget";
     QTest::newRow("bad size") << QStringList{"--size", "12by40"} << 2 << "bad size";
+    QTest::newRow("zero size") << QStringList{"--size", "0x100"} << 2 << "bad size '0x100'";
+    // Qt crashes painting a window it cannot get a backing store for.
+    QTest::newRow("size too large to paint") << QStringList{"--size", "99999x99999"} << 2 << "too large";
+    QTest::newRow("size one past the limit") << QStringList{"--size", "100x16385"} << 2 << "too large";
+    QTest::newRow("size past an int") << QStringList{"--size", "99999999999x100"} << 2 << "too large";
 }
 
 void tst_Preview::badInputGivesClearErrors()

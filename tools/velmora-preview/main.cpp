@@ -15,14 +15,25 @@
 
 namespace {
 
-bool parseSize(const QString &text, QSize &out)
+// Larger windows need a backing store of gigabytes; when Qt cannot get one
+// it does not fail cleanly but paints through a null engine and crashes.
+constexpr int maxSide = 16384;
+
+// Reads WxH into `out`; on failure returns why, in a few words.
+QString parseSize(const QString &text, QSize &out)
 {
-    static const QRegularExpression re(QStringLiteral("^(\\d{1,5})[xX](\\d{1,5})$"));
+    static const QRegularExpression re(QStringLiteral("^(\\d+)[xX](\\d+)$"));
     const auto m = re.match(text.trimmed());
     if (!m.hasMatch())
-        return false;
-    out = QSize(m.captured(1).toInt(), m.captured(2).toInt());
-    return out.width() > 0 && out.height() > 0;
+        return QStringLiteral("expected WxH");
+    bool wOk = false, hOk = false;
+    out = QSize(m.captured(1).toInt(&wOk), m.captured(2).toInt(&hOk));
+    // Digits that do not fit an int are too large as well.
+    if (!wOk || !hOk || out.width() > maxSide || out.height() > maxSide)
+        return QStringLiteral("too large: at most %1 pixels a side").arg(maxSide);
+    if (out.width() <= 0 || out.height() <= 0)
+        return QStringLiteral("expected a width and height above 0");
+    return {};
 }
 
 bool wantsHeadless(int argc, char **argv)
@@ -64,8 +75,9 @@ int main(int argc, char **argv)
     QList<QSize> sizes;
     for (const QString &s : parser.values(sizeOption)) {
         QSize size;
-        if (!parseSize(s, size)) {
-            std::fprintf(stderr, "velmora-preview: bad size '%s' (expected WxH)\n", qPrintable(s));
+        const QString why = parseSize(s, size);
+        if (!why.isEmpty()) {
+            std::fprintf(stderr, "velmora-preview: bad size '%s' (%s)\n", qPrintable(s), qPrintable(why));
             return 2;
         }
         sizes << size;
