@@ -2,6 +2,7 @@
 // the sample, and a report of a large absolutely positioned form showing
 // that every control lands where the ratios put it.
 #include <QDir>
+#include <QDirIterator>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -57,6 +58,8 @@ private Q_SLOTS:
     void badInputGivesClearErrors_data();
     void badInputGivesClearErrors();
     void reportShowsNothingWasLost();
+    void screenshotsStayInTheirDirectory_data();
+    void screenshotsStayInTheirDirectory();
 };
 
 void tst_Preview::rendersSampleWithoutDisplay()
@@ -210,6 +213,42 @@ void tst_Preview::reportShowsNothingWasLost()
     // One warning per class, not per widget.
     QCOMPARE(r.err.count("unknown class OldTextBox (2 widgets): shown as a placeholder"), 1);
     QCOMPARE(r.err.count("unknown class"), 6);
+}
+
+void tst_Preview::screenshotsStayInTheirDirectory_data()
+{
+    QTest::addColumn<QString>("formName");
+    QTest::addColumn<QString>("fileName");
+    QTest::newRow("parent path") << "../../escaped" << "escaped-200x100.png";
+    QTest::newRow("absolute path") << "/tmp/escaped" << "tmpescaped-200x100.png";
+    QTest::newRow("backslashes, spaces, newline") << "..\\a b&#10;c" << "abc-200x100.png";
+    QTest::newRow("hidden file") << ".hidden" << "hidden-200x100.png";
+    QTest::newRow("only dots") << ".." << "form-200x100.png";
+    QTest::newRow("empty") << "" << "form-200x100.png";
+    QTest::newRow("longer than a file name may be") << QString(300, 'a') << QString(100, 'a') + "-200x100.png";
+}
+
+void tst_Preview::screenshotsStayInTheirDirectory()
+{
+    QFETCH(QString, formName);
+    QFETCH(QString, fileName);
+    QFile original(QFINDTESTDATA("../data/escaping_name.ui"));
+    QVERIFY(original.open(QIODevice::ReadOnly));
+    QTemporaryDir tmp;
+    QFile form(tmp.filePath("form.ui"));
+    QVERIFY(form.open(QIODevice::WriteOnly));
+    form.write(original.readAll().replace("name=\"../../escaped\"", "name=\"" + formName.toUtf8() + '"'));
+    form.close();
+    // Deep enough that "../.." would still land inside the temporary directory.
+    const QString shots = tmp.filePath("out/shots");
+    const Run r = preview({form.fileName(), "--screenshot", shots});
+    QCOMPARE(r.exitCode, 0);
+    QStringList written;
+    QDirIterator it(tmp.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        written << QDir(tmp.path()).relativeFilePath(it.next());
+    written.sort();
+    QCOMPARE(written, (QStringList{"form.ui", "out/shots/" + fileName}));
 }
 
 QTEST_GUILESS_MAIN(tst_Preview)

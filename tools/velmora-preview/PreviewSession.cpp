@@ -109,13 +109,28 @@ QJsonObject PreviewSession::snapshot(bool design) const
     return entry;
 }
 
+// The form's name comes from the file and may be anything, "../../x"
+// included: a file name made of it must not leave the directory asked for,
+// hide itself behind a leading dot, or run past what file systems allow.
+static QString fileNameFor(const QString &formName)
+{
+    QString out;
+    for (const QChar c : formName) {
+        if (c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('-')
+            || (c == QLatin1Char('.') && !out.isEmpty()))
+            out += c;
+    }
+    out.truncate(100);
+    return out.isEmpty() ? QStringLiteral("form") : out;
+}
+
 bool PreviewSession::screenshot(const QString &dir, QString *file) const
 {
     QDir().mkpath(dir);
-    const QString name = QStringLiteral("%1/%2-%3x%4.png")
-                             .arg(dir, m_root->objectName().isEmpty() ? QStringLiteral("form") : m_root->objectName())
-                             .arg(form()->width())
-                             .arg(form()->height());
+    const QString name = QDir(dir).filePath(QStringLiteral("%1-%2x%3.png")
+                                                .arg(fileNameFor(m_root->objectName()))
+                                                .arg(form()->width())
+                                                .arg(form()->height()));
     if (file)
         *file = name;
     return m_root->grab().save(name);
