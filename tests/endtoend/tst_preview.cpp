@@ -58,6 +58,8 @@ private Q_SLOTS:
     void badInputGivesClearErrors_data();
     void badInputGivesClearErrors();
     void reportShowsNothingWasLost();
+    void warningsNameTheFaultOnce_data();
+    void warningsNameTheFaultOnce();
     void screenshotsStayInTheirDirectory_data();
     void screenshotsStayInTheirDirectory();
 };
@@ -213,6 +215,25 @@ void tst_Preview::reportShowsNothingWasLost()
     // One warning per class, not per widget.
     QCOMPARE(r.err.count("unknown class OldTextBox (2 widgets): shown as a placeholder"), 1);
     QCOMPARE(r.err.count("unknown class"), 6);
+}
+
+void tst_Preview::warningsNameTheFaultOnce_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("warning");
+    const QString cycle = QStringLiteral("shown as a placeholder (its declared bases form a cycle)");
+    QTest::newRow("class extends itself") << "cyclic_bases.ui" << "unknown class SelfMade (1 widget): " + cycle;
+    QTest::newRow("classes extend each other") << "cyclic_bases.ui" << "unknown class PingWidget (1 widget): " + cycle;
+    QTest::newRow("chain runs into a cycle") << "cyclic_bases.ui" << "unknown class RelayWidget (1 widget): " + cycle;
+}
+
+void tst_Preview::warningsNameTheFaultOnce()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, warning);
+    const Run r = preview({QFINDTESTDATA("../data/" + file), "--size", "600x400", "--report"});
+    QCOMPARE(r.exitCode, 0);
+    QCOMPARE(r.err.split('\n').count("velmora-preview: warning: " + warning.toUtf8()), 1);
 }
 
 void tst_Preview::screenshotsStayInTheirDirectory_data()

@@ -25,17 +25,28 @@ QWidget *PreviewLoader::createWidget(const QString &className, QWidget *parent, 
 {
     QWidget *w = qtKnows(className) ? VelmoraUiLoader::createWidget(className, parent, name) : nullptr;
     if (!w) {
-        // Walk up the declared bases until Qt knows one; a cycle or a chain
-        // that ends in another unknown class gets the placeholder.
+        // Walk up the declared bases until Qt knows one; a chain that ends in
+        // another unknown class gets the placeholder, and so does one that
+        // comes back to a class it passed (A extends B extends A, or A
+        // extends A), which the warning then calls a cycle: that is a fault
+        // in the file to fix, not a missing class.
+        QStringList seen{className};
         QString base = className;
-        for (int hops = 0; hops < 32 && m_extends.contains(base) && !qtKnows(base); ++hops)
+        bool cycle = false;
+        while (m_extends.contains(base) && !qtKnows(base)) {
             base = m_extends.value(base);
-        if (qtKnows(base))
+            cycle = seen.contains(base);
+            if (cycle)
+                break;
+            seen << base;
+        }
+        if (!cycle && qtKnows(base))
             w = VelmoraUiLoader::createWidget(base, parent, name);
         if (!m_substitutes.contains(className))
             m_substituteOrder << className;
         Substitute &s = m_substitutes[className];
         ++s.count;
+        s.cycle = cycle;
         if (w) {
             s.madeAs = QLatin1String(w->metaObject()->className());
         } else {
@@ -57,9 +68,10 @@ QStringList PreviewLoader::warnings() const
     QStringList out;
     for (const QString &cls : m_substituteOrder) {
         const Substitute &s = m_substitutes[cls];
-        const QString what = s.madeAs.isEmpty()
-            ? QStringLiteral("shown as a placeholder (no base class Qt knows)")
-            : QStringLiteral("created as %1, the class it extends").arg(s.madeAs);
+        const QString what = !s.madeAs.isEmpty()
+            ? QStringLiteral("created as %1, the class it extends").arg(s.madeAs)
+            : s.cycle ? QStringLiteral("shown as a placeholder (its declared bases form a cycle)")
+                      : QStringLiteral("shown as a placeholder (no base class Qt knows)");
         const QString count = s.count == 1 ? QStringLiteral("1 widget") : QStringLiteral("%1 widgets").arg(s.count);
         out << QStringLiteral("unknown class %1 (%2): %3").arg(cls, count, what);
     }

@@ -37,6 +37,7 @@ private:
     struct Substitute {
         QString madeAs;
         int count = 0;
+        bool cycle = false; // a placeholder because its chain of bases loops
     };
     QHash<QString, Substitute> m_substitutes;
     QStringList m_substituteOrder;
