@@ -225,6 +225,10 @@ void tst_Preview::warningsNameTheFaultOnce_data()
     QTest::newRow("class extends itself") << "cyclic_bases.ui" << "unknown class SelfMade (1 widget): " + cycle;
     QTest::newRow("classes extend each other") << "cyclic_bases.ui" << "unknown class PingWidget (1 widget): " + cycle;
     QTest::newRow("chain runs into a cycle") << "cyclic_bases.ui" << "unknown class RelayWidget (1 widget): " + cycle;
+    QTest::newRow("zero and negative sizes")
+        << "sizeless_widgets.ui"
+        << "2 widgets have a zero or negative width or height in the file (flatLabel, backwardsEdit): they load "
+           "with no area and stay invisible at every size";
 }
 
 void tst_Preview::warningsNameTheFaultOnce()

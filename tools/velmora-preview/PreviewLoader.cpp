@@ -75,6 +75,18 @@ QStringList PreviewLoader::warnings() const
         const QString count = s.count == 1 ? QStringLiteral("1 widget") : QStringLiteral("%1 widgets").arg(s.count);
         out << QStringLiteral("unknown class %1 (%2): %3").arg(cls, count, what);
     }
+    if (!m_sizeless.isEmpty()) {
+        // A few names are enough to find them in Designer; a form built by a
+        // script may have hundreds.
+        QStringList names = m_sizeless.mid(0, 3);
+        if (m_sizeless.size() > names.size())
+            names << QStringLiteral("and %1 more").arg(m_sizeless.size() - names.size());
+        const QString count = m_sizeless.size() == 1 ? QStringLiteral("1 widget has")
+                                                     : QStringLiteral("%1 widgets have").arg(m_sizeless.size());
+        out << QStringLiteral("%1 a zero or negative width or height in the file (%2): they load with no "
+                              "area and stay invisible at every size")
+                   .arg(count, names.join(QStringLiteral(", ")));
+    }
     return out;
 }
 
@@ -93,8 +105,32 @@ int PreviewLoader::widgetsLoaded() const
     return n;
 }
 
+// Reads a geometry property through to its end: true when its rect has no
+// area. The loader clamps such a side to 0, and scaling 0 by any ratio
+// leaves it 0, so the widget never shows.
+static bool hasNoArea(QXmlStreamReader &xml)
+{
+    bool none = false;
+    while (xml.readNextStartElement()) {
+        if (xml.name() != QLatin1String("rect")) {
+            xml.skipCurrentElement();
+            continue;
+        }
+        while (xml.readNextStartElement()) {
+            if (xml.name() == QLatin1String("width") || xml.name() == QLatin1String("height")) {
+                const int length = xml.readElementText().trimmed().toInt();
+                none = none || length <= 0;
+            } else {
+                xml.skipCurrentElement();
+            }
+        }
+    }
+    return none;
+}
+
 // Checks that the bytes are a well-formed .ui with a top-level widget, and
-// collects the declared bases of custom classes and the number of widgets.
+// collects the declared bases of custom classes, the number of widgets and
+// the widgets declared with no area.
 bool PreviewLoader::readForm(const QString &path, const QByteArray &ui, QString *error)
 {
     const auto fail = [&](const QString &why) {
@@ -105,10 +141,18 @@ bool PreviewLoader::readForm(const QString &path, const QByteArray &ui, QString 
     QXmlStreamReader xml(ui);
     bool topWidget = false;
     QString customClass;
+    // The widgets the reader is inside, with the depth of each.
+    struct Open {
+        int depth;
+        QString name;
+    };
+    QList<Open> widgets;
     int depth = 0;
     while (!xml.atEnd()) {
         xml.readNext();
         if (xml.isEndElement()) {
+            if (!widgets.isEmpty() && widgets.last().depth == depth)
+                widgets.removeLast();
             --depth;
             continue;
         }
@@ -122,6 +166,15 @@ bool PreviewLoader::readForm(const QString &path, const QByteArray &ui, QString 
         if (name == QLatin1String("widget")) {
             ++m_declared;
             topWidget = topWidget || depth == 2;
+            const QString widgetName = xml.attributes().value(QLatin1String("name")).toString();
+            widgets.append({depth, widgetName.isEmpty() ? xml.attributes().value(QLatin1String("class")).toString()
+                                                        : widgetName});
+        } else if (name == QLatin1String("property") && widgets.size() > 1 && widgets.last().depth == depth - 1
+                   && xml.attributes().value(QLatin1String("name")) == QLatin1String("geometry")) {
+            // The top-level widget is left out: the window gives it its size.
+            if (hasNoArea(xml))
+                m_sizeless << widgets.last().name;
+            --depth;
         } else if (name == QLatin1String("customwidget")) {
             customClass.clear();
         } else if (name == QLatin1String("class") && depth == 4) { // ui/customwidgets/customwidget/class

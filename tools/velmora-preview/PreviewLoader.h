@@ -21,7 +21,8 @@ public:
     // one line naming the file and the reason.
     QWidget *loadFile(const QString &path, QWidget *parent, QString *error);
 
-    // One line per class that had to be made as something else.
+    // One line per class that had to be made as something else, and one for
+    // all the widgets the file gives no area.
     QStringList warnings() const;
     // Widgets the file declares, and how many of them the loaded form holds.
     int widgetsDeclared() const { return m_declared; }
@@ -41,6 +42,8 @@ private:
     };
     QHash<QString, Substitute> m_substitutes;
     QStringList m_substituteOrder;
+    // Widgets below the top one whose geometry in the file has no area.
+    QStringList m_sizeless;
     QList<QPointer<QWidget>> m_created;
     QPointer<QWidget> m_root;
     int m_declared = 0;
