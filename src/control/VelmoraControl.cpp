@@ -41,9 +41,69 @@ QWidget *VelmoraControlPrivate::formFor(QWidget *parent)
     return parent;
 }
 
+namespace {
+
+// Rebinds when the main window the component sits on is shown (by then it
+// is assembled) or when its children change (a central widget set or
+// replaced; asked for from the event loop, once the window has taken it).
+class MainWindowWatch : public QObject {
+public:
+    MainWindowWatch(QMainWindow *main, VelmoraControlPrivate *d)
+        : QObject(main)
+        , m_d(d->weak_from_this())
+    {
+        main->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        switch (event->type()) {
+        case QEvent::Show:
+            rebind();
+            break;
+        case QEvent::ChildAdded:
+        case QEvent::ChildRemoved:
+            if (!m_queued) {
+                m_queued = true;
+                QMetaObject::invokeMethod(this, [this] {
+                    m_queued = false;
+                    rebind();
+                }, Qt::QueuedConnection);
+            }
+            break;
+        default:
+            break;
+        }
+        return false;
+    }
+
+private:
+    void rebind()
+    {
+        if (auto d = m_d.lock(); d && d->q)
+            d->rebind();
+    }
+
+    std::weak_ptr<VelmoraControlPrivate> m_d;
+    bool m_queued = false;
+};
+
+} // namespace
+
 void VelmoraControlPrivate::rebind()
 {
     driver.bind(formFor(q->parentWidget()));
+}
+
+void VelmoraControlPrivate::watchMainWindow()
+{
+    auto *main = qobject_cast<QMainWindow *>(q->parentWidget());
+    if (mainWindowWatch && mainWindowWatch->parent() == main)
+        return;
+    delete mainWindowWatch.data();
+    if (main)
+        mainWindowWatch = new MainWindowWatch(main, this);
 }
 
 HostObjectPtr VelmoraControlPrivate::hostFor(QWidget *w) const
@@ -72,6 +132,7 @@ VelmoraControl::VelmoraControl(QWidget *parent)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     QWidget::setVisible(false);
     d->rebind();
+    d->watchMainWindow();
 }
 
 VelmoraControl::~VelmoraControl()
@@ -79,13 +140,16 @@ VelmoraControl::~VelmoraControl()
     // A pass on the stack (this deletion came from one of its signals or
     // events) holds its own reference to d and stops at its next step.
     d->q = nullptr;
+    delete d->mainWindowWatch.data();
     d->driver.bind(nullptr);
 }
 
 bool VelmoraControl::event(QEvent *event)
 {
-    if (event->type() == QEvent::ParentChange)
+    if (event->type() == QEvent::ParentChange) {
         d->rebind();
+        d->watchMainWindow();
+    }
     return QWidget::event(event);
 }
 
@@ -119,13 +183,29 @@ void VelmoraControl::setFormPicture(FormPictureEffects mode)
 }
 
 double VelmoraControl::DesignFormWidth() const { return d->engine.DesignFormWidth; }
-void VelmoraControl::setDesignFormWidth(double v) { d->engine.DesignFormWidth = static_cast<float>(v); }
+void VelmoraControl::setDesignFormWidth(double v)
+{
+    d->engine.DesignFormWidth = static_cast<float>(v);
+    d->driver.DesignSizeGiven = true;
+}
 double VelmoraControl::DesignFormHeight() const { return d->engine.DesignFormHeight; }
-void VelmoraControl::setDesignFormHeight(double v) { d->engine.DesignFormHeight = static_cast<float>(v); }
+void VelmoraControl::setDesignFormHeight(double v)
+{
+    d->engine.DesignFormHeight = static_cast<float>(v);
+    d->driver.DesignSizeGiven = true;
+}
 double VelmoraControl::DesignFormScaleWidth() const { return d->engine.DesignFormScaleWidth; }
-void VelmoraControl::setDesignFormScaleWidth(double v) { d->engine.DesignFormScaleWidth = static_cast<float>(v); }
+void VelmoraControl::setDesignFormScaleWidth(double v)
+{
+    d->engine.DesignFormScaleWidth = static_cast<float>(v);
+    d->driver.DesignSizeGiven = true;
+}
 double VelmoraControl::DesignFormScaleHeight() const { return d->engine.DesignFormScaleHeight; }
-void VelmoraControl::setDesignFormScaleHeight(double v) { d->engine.DesignFormScaleHeight = static_cast<float>(v); }
+void VelmoraControl::setDesignFormScaleHeight(double v)
+{
+    d->engine.DesignFormScaleHeight = static_cast<float>(v);
+    d->driver.DesignSizeGiven = true;
+}
 
 QWidget *VelmoraControl::form() const
 {

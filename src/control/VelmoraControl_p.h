@@ -15,6 +15,9 @@ public:
     // The widget a control placed on `parent` serves.
     static QWidget *formFor(QWidget *parent);
     void rebind();
+    // A main window is often assembled after the component is placed on it,
+    // and its central widget may be replaced: follow it.
+    void watchMainWindow();
     velmora::HostObjectPtr hostFor(QWidget *w) const;
     QPixmap pixmapOf(const velmora::HostObjectPtr &picture) const;
 
@@ -22,4 +25,5 @@ public:
     velmora::qt::QtEngineHost host;
     velmora::ResizeEngine engine{host};
     velmora::FormDriver driver{engine};
+    QPointer<QObject> mainWindowWatch;
 };

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QWindowStateChangeEvent>
 #include <QWidget>
 
 #include <exception>
@@ -36,17 +37,30 @@ void FormDriver::bind(QWidget *form)
         return;
     if (m_form)
         m_form->removeEventFilter(this);
+    if (m_window)
+        m_window->removeEventFilter(this);
     m_tmrDelayResize.stop();
     m_form = form;
     m_hostForm = form ? qt::QtForm::create(form) : nullptr;
     Loaded = false;
     SettingUp = false;
+    m_passPending = m_resetPending = false;
+    // Nothing of another form carries over: its reference, its records, the
+    // design size taken from it.
     m_engine.FormReady = false;
     m_engine.Initialised = false;
     m_engine.CurScaleWidth = m_engine.CurScaleHeight = 0;
+    m_engine.RefScaleWidth = m_engine.RefScaleHeight = 0;
+    m_engine.store().discardInfo();
+    if (!DesignSizeGiven)
+        m_engine.DesignFormWidth = m_engine.DesignFormHeight = m_engine.DesignFormScaleWidth =
+            m_engine.DesignFormScaleHeight = 0;
     if (!form)
         return;
     form->installEventFilter(this);
+    m_window = m_hostForm->window();
+    if (m_window && m_window != form)
+        m_window->installEventFilter(this);
     // Bound to a form already on screen: load once the code that created us
     // has finished adding its widgets.
     if (form->isVisible()) {
@@ -66,6 +80,12 @@ void FormDriver::bind(QWidget *form)
 bool FormDriver::eventFilter(QObject *watched, QEvent *event)
 {
     const auto alive = hold();
+    if (watched == m_window && event->type() == QEvent::WindowStateChange && Loaded) {
+        // Passes are skipped while minimised, and restoring sends no resize.
+        const auto old = static_cast<QWindowStateChangeEvent *>(event)->oldState();
+        if ((old & Qt::WindowMinimized) && !(m_window->windowState() & Qt::WindowMinimized))
+            postPass();
+    }
     if (watched == m_form) {
         switch (event->type()) {
         case QEvent::Show:
@@ -134,6 +154,11 @@ bool FormDriver::minimised() const
     return m_hostForm && getLong(*m_hostForm, "WindowState").value_or(0) == 1;
 }
 
+bool FormDriver::collapsed() const
+{
+    return minimised() || !m_form || m_form->width() <= 0 || m_form->height() <= 0;
+}
+
 void FormDriver::runPass()
 {
     if (!m_hostForm)
@@ -194,8 +219,19 @@ void FormDriver::FormResized()
             m_engine.FormReady = true;
             SettingUp = false;
         }
-        if (minimised())
+        // Nothing to show: the controls keep the layout they have, which is
+        // the one the reference size stands for.
+        if (collapsed())
             return;
+        if (m_resetPending) {
+            // Back from the collapse first: the layout to take is the one
+            // the form has at this size.
+            m_resetPending = false;
+            if (ScaleControls)
+                runPass();
+            Reset();
+            return;
+        }
         if (ScaleControls) {
             if (ResizeOnMouseUp)
                 m_tmrDelayResize.start(); // restarts: fires after the last resize
@@ -212,7 +248,7 @@ void FormDriver::delayedResize()
 {
     const auto alive = hold();
     m_tmrDelayResize.stop();
-    if (!minimised() && ScaleControls)
+    if (!collapsed() && ScaleControls)
         runPass();
 }
 
@@ -220,8 +256,9 @@ void FormDriver::Reset()
 {
     if (!m_hostForm)
         return;
-    if (m_passRunning) {
-        // The records the running pass walks must outlive it.
+    // The records a running pass walks must outlive it; and a minimised or
+    // collapsed form has no layout worth taking.
+    if (m_passRunning || collapsed()) {
         m_resetPending = true;
         return;
     }

@@ -37,6 +37,8 @@ public:
     bool ResizeOnMouseUp = true;
     bool Loaded = false;
     bool SettingUp = false;
+    // The application gave the design sizes itself: they survive a rebind.
+    bool DesignSizeGiven = false;
 
     // Takes the form as it is now as the new design layout.
     void Reset();
@@ -62,6 +64,8 @@ private:
     void takeDesignSizeIfUnknown();
     void delayedResize();
     bool minimised() const;
+    // Minimised, or shrunk to nothing: no layout to take or to scale from.
+    bool collapsed() const;
     std::shared_ptr<void> hold() const { return keepAlive ? keepAlive() : nullptr; }
     void runPending();
     // Answers a resize from the event loop, ahead of the repaint: never
@@ -70,6 +74,7 @@ private:
 
     ResizeEngine &m_engine;
     QPointer<QWidget> m_form;
+    QPointer<QWidget> m_window; // where the form's window-state changes arrive
     std::shared_ptr<qt::QtForm> m_hostForm;
     QTimer m_tmrDelayResize;
     // Re-entry from events a pass lets run: one pass at a time; what is

@@ -1,0 +1,152 @@
+// Which form the component serves, and from what: main windows assembled in
+// any order, a move to another form, a form minimised or collapsed while the
+// application resizes or resets it.
+#include "control/VelmoraControl.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QtTest>
+
+namespace {
+
+QLabel *addLabel(QWidget *form, const QRect &geometry)
+{
+    auto *label = new QLabel(QStringLiteral("label"), form);
+    label->setObjectName(QStringLiteral("label"));
+    label->setGeometry(geometry);
+    return label;
+}
+
+void resizeAndSettle(QWidget *w, const QSize &size)
+{
+    w->resize(size);
+    QCoreApplication::processEvents();
+}
+
+} // namespace
+
+class tst_FormBinding : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void mainWindowInAnyOrder_data();
+    void mainWindowInAnyOrder();
+    void rebindingStartsFromScratch();
+    void restoringRunsThePass();
+    void resetWaitsForARealSize();
+};
+
+enum Order { ControlFirst, CentralFirst, ControlAfterShow, CentralReplaced };
+
+void tst_FormBinding::mainWindowInAnyOrder_data()
+{
+    QTest::addColumn<int>("order");
+    QTest::newRow("control before the central widget") << int(ControlFirst);
+    QTest::newRow("central widget before the control") << int(CentralFirst);
+    QTest::newRow("control after show") << int(ControlAfterShow);
+    QTest::newRow("central widget replaced") << int(CentralReplaced);
+}
+
+void tst_FormBinding::mainWindowInAnyOrder()
+{
+    QFETCH(int, order);
+    QMainWindow main;
+    QMenu *file = main.menuBar()->addMenu(QStringLiteral("File"));
+    const QFont menuFont = main.menuBar()->font();
+    VelmoraControl *velmora = nullptr;
+    const auto place = [&] {
+        velmora = new VelmoraControl(&main);
+        velmora->setResizeOnMouseUp(false);
+    };
+    auto *central = new QWidget;
+    if (order == ControlFirst)
+        place();
+    main.setCentralWidget(central);
+    if (order == CentralFirst || order == CentralReplaced)
+        place();
+    if (order == CentralReplaced) {
+        central = new QWidget;
+        main.setCentralWidget(central);
+    }
+    QLabel *label = addLabel(central, QRect(50, 40, 200, 30));
+    main.resize(600, 400);
+    main.show();
+    if (order == ControlAfterShow)
+        place();
+    QTRY_VERIFY(velmora->isFormReady());
+    QCOMPARE(velmora->form(), central);
+
+    const QSize before = central->size();
+    resizeAndSettle(&main, main.size() + before);
+    QCOMPARE(central->size(), before * 2);
+    QCOMPARE(label->geometry(), QRect(100, 80, 400, 60));
+    // The menu bar belongs to the window, not to the form.
+    QCOMPARE(main.menuBar()->font(), menuFont);
+    Q_UNUSED(file);
+}
+
+void tst_FormBinding::rebindingStartsFromScratch()
+{
+    QWidget first, second;
+    first.resize(400, 300);
+    second.resize(800, 500);
+    addLabel(&first, QRect(40, 30, 100, 20));
+    QLabel *label = addLabel(&second, QRect(80, 50, 200, 40));
+    auto *velmora = new VelmoraControl(&first);
+    velmora->setResizeOnMouseUp(false);
+    first.show();
+    QTRY_VERIFY(velmora->isFormReady());
+    resizeAndSettle(&first, QSize(800, 600));
+
+    // Moved to a form of another size: laid out from that form alone.
+    velmora->setParent(&second);
+    second.show();
+    QTRY_VERIFY(velmora->isFormReady());
+    QCOMPARE(label->geometry(), QRect(80, 50, 200, 40));
+    resizeAndSettle(&second, QSize(1600, 1000));
+    QCOMPARE(label->geometry(), QRect(160, 100, 400, 80));
+}
+
+void tst_FormBinding::restoringRunsThePass()
+{
+    QWidget window;
+    window.resize(900, 700);
+    auto *form = new QWidget(&window);
+    form->setGeometry(0, 0, 400, 300);
+    QLabel *label = addLabel(form, QRect(40, 30, 100, 20));
+    auto *velmora = new VelmoraControl(form);
+    velmora->setResizeOnMouseUp(false);
+    window.show();
+    QTRY_VERIFY(velmora->isFormReady());
+
+    window.setWindowState(Qt::WindowMinimized);
+    resizeAndSettle(form, QSize(800, 600));
+    QCOMPARE(label->geometry(), QRect(40, 30, 100, 20)); // no pass while minimised
+    window.setWindowState(Qt::WindowNoState);
+    QCoreApplication::processEvents();
+    QCOMPARE(label->geometry(), QRect(80, 60, 200, 40));
+}
+
+void tst_FormBinding::resetWaitsForARealSize()
+{
+    // A form that is a child widget can really collapse to nothing.
+    QWidget window;
+    window.resize(600, 500);
+    auto *form = new QWidget(&window);
+    form->setGeometry(0, 0, 400, 300);
+    QLabel *label = addLabel(form, QRect(40, 30, 100, 20));
+    auto *velmora = new VelmoraControl(form);
+    velmora->setResizeOnMouseUp(false);
+    window.show();
+    QTRY_VERIFY(velmora->isFormReady());
+
+    resizeAndSettle(form, QSize(0, 0));
+    velmora->Reset(); // nothing to take at zero size: waits
+    resizeAndSettle(form, QSize(400, 300));
+    QCOMPARE(label->geometry(), QRect(40, 30, 100, 20));
+    resizeAndSettle(form, QSize(800, 600));
+    QCOMPARE(label->geometry(), QRect(80, 60, 200, 40));
+}
+
+QTEST_MAIN(tst_FormBinding)
+#include "tst_formbinding.moc"
