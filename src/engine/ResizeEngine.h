@@ -77,6 +77,7 @@ private:
 
     EngineHost &m_host;
     LayoutStore m_store;
+    unsigned m_passSerial = 0;
     PictureScaler m_pictures;
 };
 

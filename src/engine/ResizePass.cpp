@@ -94,6 +94,9 @@ void ResizeEngine::ResizeControls(HostForm &form)
     const std::vector<HostObjectPtr> controls = form.controls();
     std::vector<Entry> entries;
     entries.reserve(controls.size());
+    const unsigned serial = ++m_passSerial;
+    if (ControlClass *own = m_store.info(controlKey(&form)))
+        own->SeenInPass = serial;
 
     // Walk 1: record late-comers, take off the image lists to be rebuilt.
     for (const auto &c : controls) {
@@ -104,15 +107,29 @@ void ResizeEngine::ResizeControls(HostForm &form)
             continue;
         }
         const std::string key = controlKey(c.get());
-        if (!m_store.info(key))
+        ControlClass *rec = m_store.info(key);
+        // A record belongs to the object it was captured from: another
+        // object under a name that was free again starts afresh.
+        if (rec && rec->Owner != c->identity()) {
+            m_store.discardInfo(key);
+            rec = nullptr;
+        }
+        if (!rec) {
             SaveControlInfo(*c);
+            rec = m_store.info(key);
+        }
         if (!m_store.flags(key))
             SaveControlFlags(c.get());
-        Entry e{c.get(), m_store.info(key), m_store.flags(key)};
+        if (rec)
+            rec->SeenInPass = serial;
+        Entry e{c.get(), rec, m_store.flags(key)};
         entries.push_back(e);
         if (ScaleGraphics && e.rec)
             detachImageLists(*c, *e.rec);
     }
+
+    // Controls that are gone take their records with them.
+    m_store.discardInfoNotSeenIn(serial);
 
     // Walk 2: place, size and redraw. Menus are only refreshed.
     for (const Entry &e : entries) {

@@ -7,6 +7,7 @@
 
 #include "layout/Value.h"
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -42,6 +43,10 @@ public:
     float DayFontSize = 0, GridFontSize = 0, TitleFontSize = 0, HeadFontSize = 0;
     std::string DayFontName, GridFontName, TitleFontName, HeadFontName;
     float BorderWidth = 0;
+
+    // The object the record was captured from, and the last pass that met it.
+    std::uint64_t Owner = 0;
+    unsigned SeenInPass = 0;
 
     int SpecialControlType = SctOrdinary;
     int ID = 0;

@@ -9,6 +9,7 @@
 
 #include "layout/Value.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +36,10 @@ public:
     virtual SetResult setAt(std::string_view name, int index, const Value &value);
 
     virtual GetResult call(std::string_view method, const std::vector<Value> &args);
+
+    // Which object this is, for telling a new object from one that went away
+    // under the same name; 0 when the host cannot tell.
+    virtual std::uint64_t identity() const { return 0; }
 
 protected:
     static HostError noSuchMember(std::string_view name);

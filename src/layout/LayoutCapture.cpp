@@ -111,6 +111,7 @@ bool graphicIsScaleable(HostObject &ctrl)
 void saveControlInfo(LayoutStore &store, HostObject &ctrl, float refScaleWidth, float refScaleHeight)
 {
     ControlClass &rec = store.ensureInfo(controlKey(&ctrl));
+    rec.Owner = ctrl.identity();
 
     // The form itself has no readable Container: it is measured by the
     // reference size, like a control sitting directly on it.

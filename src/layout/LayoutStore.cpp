@@ -14,6 +14,12 @@ ControlFlags *LayoutStore::flags(const std::string &key) const
     return it == m_flags.end() ? nullptr : it->second.get();
 }
 
+void LayoutStore::discardInfoNotSeenIn(unsigned serial)
+{
+    for (auto it = m_info.begin(); it != m_info.end();)
+        it = it->second->SeenInPass == serial ? std::next(it) : m_info.erase(it);
+}
+
 ControlClass &LayoutStore::ensureInfo(const std::string &key)
 {
     auto &slot = m_info[key];

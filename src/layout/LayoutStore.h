@@ -24,6 +24,9 @@ public:
 
     // A capture starts from no records; the switches are kept.
     void discardInfo() { m_info.clear(); }
+    void discardInfo(const std::string &key) { m_info.erase(key); }
+    // Drops the records of controls the pass `serial` did not meet.
+    void discardInfoNotSeenIn(unsigned serial);
     void discardFlags() { m_flags.clear(); }
 
     std::size_t infoCount() const { return m_info.size(); }

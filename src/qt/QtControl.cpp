@@ -77,6 +77,8 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
     , m_widget(widget)
     , m_nameOverride(std::move(name))
 {
+    static std::uint64_t adapters = 0;
+    m_identity = ++adapters;
     if (qobject_cast<VelmoraLine *>(widget))
         m_kind = Kind::Line;
     else if (qobject_cast<QTabWidget *>(widget))

@@ -40,6 +40,7 @@ public:
     GetResult getAt(std::string_view name, int index) override;
     SetResult setAt(std::string_view name, int index, const Value &value) override;
     GetResult call(std::string_view method, const std::vector<Value> &args) override;
+    std::uint64_t identity() const override { return m_identity; }
 
     // Whether the widget's parent decides its geometry.
     static bool geometryManaged(const QWidget *w);
@@ -70,6 +71,7 @@ private:
         QSize design, minimum, maximum;
     };
     std::optional<SizeLimits> m_limits;
+    std::uint64_t m_identity; // one per adapter, and an adapter per widget
     unsigned m_settledInPass = 0; // pass in which its children last measured it
 };
 

@@ -72,6 +72,7 @@ private:
     bool m_enumerated = false;
     QHash<QString, QPointer<QObject>> m_keysInUse;
     QHash<QString, int> m_unnamedCount;
+    QHash<QString, int> m_nextNumber; // per clashing name: where numbering resumes
     int m_updateDepth = 0;
     unsigned m_passSerial = 0;
 };

@@ -114,12 +114,22 @@ QString QtForm::uniqueName(QObject *object, const QString &wanted)
     const QString base = wanted.isEmpty()
         ? className + QLatin1Char('#') + QString::number(++m_unnamedCount[className])
         : wanted;
+    // Numbering resumes where the last clash of this name stopped, so a
+    // form with thousands of widgets of one name is named in linear time.
+    const auto isFree = [&](const QString &key) {
+        auto it = m_keysInUse.constFind(key);
+        return it == m_keysInUse.cend() || !it.value() || it.value() == object;
+    };
     QString name = base;
-    for (int n = 2;; ++n) {
-        auto it = m_keysInUse.constFind(name + suffix);
-        if (it == m_keysInUse.cend() || !it.value() || it.value() == object)
-            break;
-        name = base + QLatin1Char('#') + QString::number(n);
+    if (!isFree(base + suffix)) {
+        int &next = m_nextNumber[base + suffix];
+        for (int n = qMax(2, next);; ++n) {
+            name = base + QLatin1Char('#') + QString::number(n);
+            if (isFree(name + suffix)) {
+                next = n + 1;
+                break;
+            }
+        }
     }
     m_keysInUse.insert(name + suffix, object);
     return name == object->objectName() ? QString() : name;

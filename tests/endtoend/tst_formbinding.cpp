@@ -2,8 +2,11 @@
 // any order, a move to another form, a form minimised or collapsed while the
 // application resizes or resets it.
 #include "control/VelmoraControl.h"
+#include "control/VelmoraControl_p.h"
 
+#include <QGroupBox>
 #include <QLabel>
+#include <QPushButton>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QtTest>
@@ -34,6 +37,8 @@ private Q_SLOTS:
     void rebindingStartsFromScratch();
     void restoringRunsThePass();
     void resetWaitsForARealSize();
+    void recordsBelongToTheirWidget();
+    void thousandsOfOneName();
 };
 
 enum Order { ControlFirst, CentralFirst, ControlAfterShow, CentralReplaced };
@@ -146,6 +151,63 @@ void tst_FormBinding::resetWaitsForARealSize()
     QCOMPARE(label->geometry(), QRect(40, 30, 100, 20));
     resizeAndSettle(form, QSize(800, 600));
     QCOMPARE(label->geometry(), QRect(80, 60, 200, 40));
+}
+
+void tst_FormBinding::recordsBelongToTheirWidget()
+{
+    QWidget form;
+    form.resize(400, 300);
+    auto *box = new QGroupBox(&form);
+    box->setObjectName(QStringLiteral("box"));
+    box->setGeometry(200, 150, 150, 100);
+    box->setFont(QFont(box->font().family(), 30));
+    auto *velmora = new VelmoraControl(&form);
+    velmora->setResizeOnMouseUp(false);
+    form.show();
+    QTRY_VERIFY(velmora->isFormReady());
+    const auto &store = VelmoraControlPrivate::get(velmora)->engine.store();
+    const std::size_t records = store.infoCount();
+
+    // Gone, and its name taken by a new widget of another kind.
+    resizeAndSettle(&form, QSize(800, 600));
+    delete box;
+    auto *button = new QPushButton(QStringLiteral("new"), &form);
+    button->setObjectName(QStringLiteral("box"));
+    button->setGeometry(20, 20, 100, 30);
+    button->setFont(QFont(button->font().family(), 9));
+    button->show();
+    resizeAndSettle(&form, QSize(1600, 1200));
+    QCOMPARE(button->geometry(), QRect(40, 40, 200, 60));
+    QCOMPARE(button->font().pointSizeF(), 18.0);
+
+    // Deleted widgets leave nothing behind.
+    for (int i = 0; i < 20; ++i) {
+        auto *temp = new QLabel(&form);
+        temp->setObjectName(QStringLiteral("temp%1").arg(i));
+        resizeAndSettle(&form, QSize(1000 + i, 800));
+        delete temp;
+    }
+    resizeAndSettle(&form, QSize(800, 600));
+    QCOMPARE(store.infoCount(), records);
+}
+
+void tst_FormBinding::thousandsOfOneName()
+{
+    // Forms built in code repeat names; every widget still gets a key of
+    // its own, and naming them stays linear.
+    QWidget form;
+    form.resize(1000, 1000);
+    QList<QLabel *> labels;
+    for (int i = 0; i < 3000; ++i) {
+        labels << addLabel(&form, QRect(i % 100 * 10, i / 100 * 30, 8, 20));
+    }
+    auto *velmora = new VelmoraControl(&form);
+    velmora->setResizeOnMouseUp(false);
+    form.show();
+    QTRY_VERIFY(velmora->isFormReady());
+    resizeAndSettle(&form, QSize(2000, 2000));
+    for (int i = 0; i < labels.size(); i += 97)
+        QCOMPARE(labels[i]->geometry(), QRect(i % 100 * 20, i / 100 * 60, 16, 40));
 }
 
 QTEST_MAIN(tst_FormBinding)
