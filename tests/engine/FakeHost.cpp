@@ -35,6 +35,8 @@ GetResult Object::get(std::string_view n)
     const std::string name(n);
     if (refuseRead.count(name))
         return hostError(HostErrc::NoSuchMember, "refused " + name);
+    if (name == "Container" && container)
+        return Value(container->lock());
     auto it = props.find(name);
     if (it == props.end())
         return hostError(HostErrc::NoSuchMember, "no " + name);
@@ -45,6 +47,10 @@ SetResult Object::set(std::string_view n, const Value &value)
 {
     const std::string name(n);
     log.push_back("set " + name + "=" + show(value));
+    if (name == "Container" && container && !refuseWrite.count(name) && !refuseRead.count(name)) {
+        container = value.toObject();
+        return velmora::Done{};
+    }
     if (refuseWrite.count(name) || refuseRead.count(name) || !props.count(name))
         return hostError(HostErrc::InvalidValue, "refused " + name);
     props[name] = value;
@@ -145,8 +151,9 @@ ObjectPtr control(const std::string &name, float l, float t, float w, float h, c
 {
     auto c = std::make_shared<Object>("TextBox");
     c->props = {{"Name", Value(name)},   {"Left", Value(l)},           {"Top", Value(t)},
-                {"Width", Value(w)},     {"Height", Value(h)},         {"Container", Value(container)},
+                {"Width", Value(w)},     {"Height", Value(h)},
                 {"Font", Value(HostObjectPtr(font(fontSize)))}};
+    c->container = container;
     return c;
 }
 
@@ -165,7 +172,8 @@ ObjectPtr line(const std::string &name, float x1, float y1, float x2, float y2, 
     auto l = std::make_shared<Object>("Line");
     l->kinds.insert(HostKind::Line);
     l->props = {{"Name", Value(name)}, {"X1", Value(x1)}, {"Y1", Value(y1)}, {"X2", Value(x2)},
-                {"Y2", Value(y2)},     {"BorderWidth", Value(2.0f)}, {"Container", Value(container)}};
+                {"Y2", Value(y2)},     {"BorderWidth", Value(2.0f)}};
+    l->container = container;
     return l;
 }
 

@@ -8,6 +8,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -31,6 +32,10 @@ public:
     std::set<HostKind> kinds;
     std::vector<std::string> log; // "set Left=1500", "call Move", ...
     std::vector<HostObjectPtr> children; // a form's controls
+    // A control's Container, held weakly: its container holds it among its
+    // children, and two strong pointers would keep both alive for ever.
+    // Unset for an object that has no Container member at all (a form).
+    std::optional<std::weak_ptr<velmora::HostObject>> container;
     // Indexed members: name -> index -> value.
     std::map<std::string, std::map<int, Value>> indexed;
 
@@ -53,7 +58,8 @@ using ObjectPtr = std::shared_ptr<Object>;
 // led to it, so a test can tell a re-scaled copy from a fresh one.
 ObjectPtr picture(float width, float height, int generation = 0);
 
-// A control with geometry, a font and a container.
+// A control with geometry, a font and a container; the caller keeps the
+// container alive (a form holds its controls, not they it).
 ObjectPtr control(const std::string &name, float l, float t, float w, float h,
                   const HostObjectPtr &container, float fontSize = 8);
 // A form of the given inner size in its ScaleMode units (default twips).
