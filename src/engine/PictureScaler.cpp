@@ -17,13 +17,14 @@ bool pictureHasWidth(const HostObjectPtr &pic)
     return w && *w > 0;
 }
 
-// A 16-bit whole number, halves to even; nullopt when out of range.
-std::optional<int> toInteger16(float v)
+// A whole number, halves to even; nullopt when out of range. (Any int:
+// forms wider than 32767 twips, 2184 pixels, are ordinary.)
+std::optional<int> toWholeNumber(float v)
 {
     if (!std::isfinite(v))
         return std::nullopt;
     const double r = std::nearbyint(static_cast<double>(v));
-    if (r < std::numeric_limits<std::int16_t>::min() || r > std::numeric_limits<std::int16_t>::max())
+    if (r < std::numeric_limits<int>::min() || r > std::numeric_limits<int>::max())
         return std::nullopt;
     return static_cast<int>(r);
 }
@@ -52,6 +53,10 @@ HostObjectPtr PictureScaler::stretch(const HostObjectPtr &pic, const std::functi
         return nullptr;
     HostObject &source = box(PictureBoxId::SizerSource);
     HostObject &canvas = box(PictureBoxId::SizerCanvas);
+    // A scaled picture has no background of its own; centring and tiling
+    // leave the form's colour on the canvas they share. A host without the
+    // notion keeps its canvas as it is.
+    canvas.set("BackColor", Value());
     if (!trySet(source, "Picture", Value(pic)))
         return nullptr;
     const auto w = getSingle(source, "Width");
@@ -152,8 +157,8 @@ void PictureScaler::ApplyFormPicture(HostObject &form, int mode, float width, fl
     const HostObjectPtr formPic = *current;
     switch (mode) {
     case FpFit: {
-        const auto w = toInteger16(width);
-        const auto h = toInteger16(height);
+        const auto w = toWholeNumber(width);
+        const auto h = toWholeNumber(height);
         if (w && h)
             form.set("Picture", Value(SizePicture(formPic, *w, *h)));
         break;

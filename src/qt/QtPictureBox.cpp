@@ -84,6 +84,12 @@ SetResult QtPictureBox::set(std::string_view name, const Value &value)
         return setExtent(value, name == "Width");
     }
     if (name == "BackColor") {
+        if (value.isEmpty()) { // no colour: a transparent canvas again
+            m_backColor.reset();
+            if (!m_canvas.isNull())
+                m_canvas.fill(Qt::transparent);
+            return Done{};
+        }
         const auto v = value.toLong();
         if (!v)
             return hostError(HostErrc::InvalidValue, "Invalid property value");

@@ -40,6 +40,9 @@ private Q_SLOTS:
     void tile_data();
     void tile();
     void formPictureScalesUnderChildren();
+    void scaledPicturesStayTransparent_data();
+    void scaledPicturesStayTransparent();
+    void wideFormsFitTheirPicture();
 };
 
 void tst_Pictures::scale_data()
@@ -122,6 +125,42 @@ void tst_Pictures::formPictureScalesUnderChildren()
     const QImage shot = f.widget.grab().toImage();
     QCOMPARE(shot.pixelColor(79, 39), QColor(Qt::darkGreen));
     QCOMPARE(shot.pixelColor(85, 45), QColor(Qt::white));
+}
+
+void tst_Pictures::scaledPicturesStayTransparent_data()
+{
+    QTest::addColumn<int>("before"); // what used the shared canvas first
+    QTest::newRow("nothing") << 0;
+    QTest::newRow("after CenterPicture") << 1;
+    QTest::newRow("after TilePicture") << 2;
+}
+
+void tst_Pictures::scaledPicturesStayTransparent()
+{
+    QFETCH(int, before);
+    Form f; // white
+    if (before == 1)
+        f.velmora->CenterPicture(&f.widget, solid(QSize(10, 10), Qt::blue));
+    else if (before == 2)
+        f.velmora->TilePicture(&f.widget, solid(QSize(10, 10), Qt::blue));
+    QPixmap icon(20, 20);
+    icon.fill(Qt::transparent);
+    QPainter(&icon).fillRect(5, 5, 10, 10, Qt::red);
+    const QImage out = f.velmora->ScalePicture(icon, 2, 2).toImage();
+    QCOMPARE(out.pixelColor(0, 0).alpha(), 0);
+    QCOMPARE(out.pixelColor(20, 20), QColor(Qt::red));
+}
+
+void tst_Pictures::wideFormsFitTheirPicture()
+{
+    // Wider than 32767 twips: an ordinary form on today's screens.
+    Form f(QSize(2400, 300));
+    f.velmora->setFormPicture(VelmoraControl::FpFit);
+    f.widget.setProperty("Picture", solid(QSize(100, 50), Qt::darkGreen));
+    f.widget.show();
+    QTRY_VERIFY(f.velmora->isFormReady());
+    const QImage shot = f.widget.grab().toImage();
+    QCOMPARE(shot.pixelColor(2399, 299), QColor(Qt::darkGreen));
 }
 
 QTEST_MAIN(tst_Pictures)
