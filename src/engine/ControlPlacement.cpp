@@ -130,32 +130,42 @@ SetResult ResizeEngine::AdjustPosition(HostObject &ctrl)
 
     // The container's scale. Only a plain form counts as the form here: an
     // MDI form is measured like any other container.
-    float cw = 0, ch = 0;
+    // The far-edge locks compare the container's extent with the control's
+    // edges, so both must be in the control's units: the form's own units on
+    // the form (the sizes are in twips), twips inside a container (whose
+    // extent is in its own container's units). In twips all factors are 1.
+    float cw = 0, ch = 0, capW = rec.FormWidth, capH = rec.FormHeight;
     if (containerIsKind(ctrl, HostKind::Form)) {
         if (auto v = divide(CurScaleWidth, rec.FormWidth))
             rec.xScale = *v;
         if (auto v = divide(CurScaleHeight, rec.FormHeight))
             rec.yScale = *v;
-        cw = CurScaleWidth;
-        ch = CurScaleHeight;
+        cw = CurScaleWidth / m_twipsPerUnitX;
+        ch = CurScaleHeight / m_twipsPerUnitY;
+        capW = rec.FormWidth / m_twipsPerUnitX;
+        capH = rec.FormHeight / m_twipsPerUnitY;
     } else if (auto c = getObject(ctrl, "Container"); c && *c) {
         const auto cWidth = getSingle(**c, "Width");
         const auto cHeight = getSingle(**c, "Height");
+        const bool onForm = containerIsKind(**c, HostKind::Form);
+        const float fx = onForm ? m_twipsPerUnitX : 1.0f, fy = onForm ? m_twipsPerUnitY : 1.0f;
+        capW = rec.FormWidth * fx;
+        capH = rec.FormHeight * fy;
         if (cWidth) {
             if (auto v = divide(*cWidth, rec.FormWidth))
                 rec.xScale = *v;
-            cw = *cWidth;
+            cw = *cWidth * fx;
         }
         if (cHeight) {
             if (auto v = divide(*cHeight, rec.FormHeight))
                 rec.yScale = *v;
-            ch = *cHeight;
+            ch = *cHeight * fy;
         }
     }
 
-    placeAxis(g.T, g.H, d.T, d.H, rec.yScale, ch, rec.FormHeight, flags.DontScaleTop,
+    placeAxis(g.T, g.H, d.T, d.H, rec.yScale, ch, capH, flags.DontScaleTop,
               flags.DontScaleHeight, flags.DontScaleBottom, rec.Bottom);
-    placeAxis(g.L, g.W, d.L, d.W, rec.xScale, cw, rec.FormWidth, flags.DontScaleLeft,
+    placeAxis(g.L, g.W, d.L, d.W, rec.xScale, cw, capW, flags.DontScaleLeft,
               flags.DontScaleWidth, flags.DontScaleRight, rec.Right);
 
     if (rec.SpecialControlType == SctLine) {

@@ -78,6 +78,8 @@ private:
     EngineHost &m_host;
     LayoutStore m_store;
     unsigned m_passSerial = 0;
+    // Twips per unit of the form's ScaleMode, read at the start of a pass.
+    float m_twipsPerUnitX = 1.0f, m_twipsPerUnitY = 1.0f;
     PictureScaler m_pictures;
 };
 

@@ -73,12 +73,16 @@ void ResizeEngine::ResizeControls(HostForm &form)
     const auto scaleHeight = getSingle(form, "ScaleHeight");
     if (!scaleWidth || !scaleHeight)
         return raiseDone();
-    if (CurScaleHeight == 0)
-        m_pictures.ApplyFormPicture(form, FormPicture, *scaleWidth, *scaleHeight, GradientFill);
     const auto curW = twipsWidth(form, *scaleWidth);
     const auto curH = twipsHeight(form, *scaleHeight);
     if (!curW || !curH)
         return raiseDone();
+    // The picture is sized in twips whatever the form's units.
+    if (CurScaleHeight == 0)
+        m_pictures.ApplyFormPicture(form, FormPicture, *curW, *curH, GradientFill);
+    constexpr float Probe = 1440.0f;
+    m_twipsPerUnitX = twipsWidth(form, Probe).value_or(Probe) / Probe;
+    m_twipsPerUnitY = twipsHeight(form, Probe).value_or(Probe) / Probe;
     CurScaleWidth = *curW;
     CurScaleHeight = *curH;
     if (CurScaleWidth == RefScaleWidth && CurScaleHeight == RefScaleHeight)
@@ -111,6 +115,13 @@ void ResizeEngine::ResizeControls(HostForm &form)
         // A record belongs to the object it was captured from: another
         // object under a name that was free again starts afresh.
         if (rec && rec->Owner != c->identity()) {
+            if (rec->SeenInPass == serial) {
+                // Another control answered to this key earlier in this pass
+                // and holds the record: a host that repeats keys gets this
+                // one refreshed, never the other's record freed.
+                entries.push_back({c.get(), nullptr, nullptr});
+                continue;
+            }
             m_store.discardInfo(key);
             rec = nullptr;
         }

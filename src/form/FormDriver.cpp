@@ -264,9 +264,10 @@ void FormDriver::Reset()
     }
     const auto alive = hold();
     m_engine.Initialised = false;
-    // As read, in the form's own units.
-    m_engine.RefScaleWidth = getSingle(*m_hostForm, "ScaleWidth").value_or(0);
-    m_engine.RefScaleHeight = getSingle(*m_hostForm, "ScaleHeight").value_or(0);
+    // The reference is in twips, whatever units the form uses.
+    auto &form = *m_hostForm;
+    m_engine.RefScaleWidth = ResizeEngine::twipsWidth(form, getSingle(form, "ScaleWidth").value_or(0)).value_or(0);
+    m_engine.RefScaleHeight = ResizeEngine::twipsHeight(form, getSingle(form, "ScaleHeight").value_or(0)).value_or(0);
     FormResized();
 }
 

@@ -76,6 +76,7 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
     : m_form(std::move(form))
     , m_widget(widget)
     , m_nameOverride(std::move(name))
+    , m_keyedAs(widget ? widget->objectName() : QString())
 {
     static std::uint64_t adapters = 0;
     m_identity = ++adapters;
@@ -125,6 +126,12 @@ void QtControl::place(const QRect &rect)
     setLimits(minimum.boundedTo(now), maximum.expandedTo(now));
     m_widget->setGeometry(rect);
     setLimits(minimum, maximum);
+}
+
+void QtControl::rekey(const QString &nameOverride)
+{
+    m_nameOverride = nameOverride;
+    m_keyedAs = m_widget ? m_widget->objectName() : QString();
 }
 
 QString QtControl::name() const

@@ -32,6 +32,9 @@ public:
 
     QWidget *widget() const { return m_widget; }
     QString name() const;
+    // A widget renamed since its key was given needs a key checked anew.
+    bool renamed() const { return m_widget && m_widget->objectName() != m_keyedAs; }
+    void rekey(const QString &nameOverride);
 
     std::string typeName() const override;
     bool isKind(HostKind kind) const override;
@@ -65,6 +68,7 @@ private:
     std::weak_ptr<QtForm> m_form;
     QPointer<QWidget> m_widget;
     QString m_nameOverride;
+    QString m_keyedAs; // the widget's objectName when its key was given
     Kind m_kind = Kind::Generic;
     std::array<HostObjectPtr, 5> m_fonts;
     struct SizeLimits {

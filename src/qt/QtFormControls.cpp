@@ -168,8 +168,13 @@ std::vector<HostObjectPtr> QtForm::controls()
     std::vector<QObject *> menus;
     collectMenus(menus);
     result.reserve(widgets.size() + menus.size());
-    for (QWidget *w : widgets)
-        result.push_back(adapterFor(w));
+    for (QWidget *w : widgets) {
+        HostObjectPtr adapter = adapterFor(w);
+        // Keys must stay unique when the application renames a widget.
+        if (auto *ctl = dynamic_cast<QtControl *>(adapter.get()); ctl && ctl->renamed())
+            ctl->rekey(uniqueName(w, w->objectName()));
+        result.push_back(std::move(adapter));
+    }
     for (QObject *m : menus)
         result.push_back(adapterFor(m));
     m_enumerated = true;
