@@ -27,6 +27,7 @@ VelmoraControlPrivate::VelmoraControlPrivate(VelmoraControl *owner)
         if (q)
             Q_EMIT q->Error(QString::fromStdString(description), QString::fromStdString(error.description));
     };
+    engine.events.warning = [](const std::string &text) { qWarning("Velmora: %s", text.c_str()); };
     driver.keepAlive = [this]() -> std::shared_ptr<void> { return shared_from_this(); };
     QObject::connect(&driver, &velmora::FormDriver::trappedError, q, [owner](const QString &text) {
         QMessageBox::critical(owner->window(), QString(), text);

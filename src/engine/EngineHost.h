@@ -31,6 +31,8 @@ struct EngineEvents {
     std::function<void()> resizeStarted;
     std::function<void()> resizeDone;
     std::function<void(const std::string &description, const HostError &error)> error;
+    // Something the developer should know that is no error (said once).
+    std::function<void(const std::string &text)> warning;
 };
 
 } // namespace velmora

@@ -74,12 +74,15 @@ private:
     // Whether a bound image list asks for the control's lists to be rebuilt.
     bool rebuildWanted(const ControlClass &rec) const;
     void raiseDone();
+    void pictureBounded();
 
     EngineHost &m_host;
     LayoutStore m_store;
     unsigned m_passSerial = 0;
     // Twips per unit of the form's ScaleMode, read at the start of a pass.
     float m_twipsPerUnitX = 1.0f, m_twipsPerUnitY = 1.0f;
+    bool m_pictureBoundSaid = false;
+    bool m_lastPassCollapsed = false;
     PictureScaler m_pictures;
 };
 

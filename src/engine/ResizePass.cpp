@@ -5,6 +5,7 @@
 #include "layout/ControlKey.h"
 #include "layout/HostAccess.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -99,8 +100,15 @@ void ResizeEngine::ResizeControls(HostForm &form)
     std::vector<Entry> entries;
     entries.reserve(controls.size());
     const unsigned serial = ++m_passSerial;
-    if (ControlClass *own = m_store.info(controlKey(&form)))
+    ControlClass *own = m_store.info(controlKey(&form));
+    if (own)
         own->SeenInPass = serial;
+    // Shrunk to a sliver of its design size, the form gives no measure to
+    // record a newcomer against (a container of 1 px would scale it a
+    // thousandfold later): newcomers wait for a pass at a real size, and
+    // are recorded once that pass has given their containers a real size.
+    const bool collapsed = own && (CurScaleWidth * 10 < own->FormWidth || CurScaleHeight * 10 < own->FormHeight);
+    std::vector<HostObject *> recordAfterPlacing;
 
     // Walk 1: record late-comers, take off the image lists to be rebuilt.
     for (const auto &c : controls) {
@@ -126,6 +134,12 @@ void ResizeEngine::ResizeControls(HostForm &form)
             rec = nullptr;
         }
         if (!rec) {
+            if (collapsed || m_lastPassCollapsed) {
+                if (!collapsed)
+                    recordAfterPlacing.push_back(c.get());
+                entries.push_back({c.get(), nullptr, nullptr});
+                continue;
+            }
             SaveControlInfo(*c);
             rec = m_store.info(key);
         }
@@ -159,6 +173,14 @@ void ResizeEngine::ResizeControls(HostForm &form)
         if (!ScaleGraphics)
             storeLastGeometry(*e.ctrl, *e.rec);
         e.ctrl->call("Refresh", {});
+    }
+
+    m_lastPassCollapsed = collapsed;
+    for (HostObject *c : recordAfterPlacing) {
+        SaveControlInfo(*c);
+        SaveControlFlags(c);
+        if (ControlClass *rec = m_store.info(controlKey(c)))
+            rec->SeenInPass = serial;
     }
 
     drawFormPicture(form);
@@ -264,9 +286,37 @@ void ResizeEngine::scaleControlPictures(HostObject &ctrl, ControlClass &rec, Con
     const auto yr = ratio(height, rec.Height);
     if (!xr || !yr)
         return;
-    ctrl.set("Picture", Value(m_pictures.ScalePicture(rec.Picture, *xr, *yr)));
-    ctrl.set("DownPicture", Value(m_pictures.ScalePicture(rec.DownPicture, *xr, *yr)));
-    ctrl.set("DisabledPicture", Value(m_pictures.ScalePicture(rec.DisabledPicture, *xr, *yr)));
+    // Never larger than the control can show (or than the picture was made,
+    // for one already cut off at design size): whatever went wrong with a
+    // ratio, no pass allocates a picture of gigabytes.
+    const float toTwips = containerIsKind(ctrl, HostKind::Form) ? m_twipsPerUnitX : 1.0f;
+    const float toTwipsY = containerIsKind(ctrl, HostKind::Form) ? m_twipsPerUnitY : 1.0f;
+    const double showW = static_cast<double>(*width * toTwips), showH = static_cast<double>(*height * toTwipsY);
+    const auto scaled = [&](const HostObjectPtr &pic) {
+        double x = *xr, y = *yr;
+        if (pic) {
+            const auto pw = getSingle(*pic, "Width"), ph = getSingle(*pic, "Height");
+            if (pw && *pw > 0 && *pw * x > std::max(showW, double(*pw))) {
+                x = std::max(showW, double(*pw)) / *pw;
+                pictureBounded();
+            }
+            if (ph && *ph > 0 && *ph * y > std::max(showH, double(*ph))) {
+                y = std::max(showH, double(*ph)) / *ph;
+                pictureBounded();
+            }
+        }
+        return Value(m_pictures.ScalePicture(pic, x, y));
+    };
+    ctrl.set("Picture", scaled(rec.Picture));
+    ctrl.set("DownPicture", scaled(rec.DownPicture));
+    ctrl.set("DisabledPicture", scaled(rec.DisabledPicture));
+}
+
+void ResizeEngine::pictureBounded()
+{
+    if (!m_pictureBoundSaid && events.warning)
+        events.warning("a scaled picture was limited to the size its control can show");
+    m_pictureBoundSaid = true;
 }
 
 } // namespace velmora

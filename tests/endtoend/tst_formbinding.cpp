@@ -39,6 +39,7 @@ private Q_SLOTS:
     void resetWaitsForARealSize();
     void recordsBelongToTheirWidget();
     void thousandsOfOneName();
+    void newcomersWhileCollapsed();
 };
 
 enum Order { ControlFirst, CentralFirst, ControlAfterShow, CentralReplaced };
@@ -208,6 +209,32 @@ void tst_FormBinding::thousandsOfOneName()
     resizeAndSettle(&form, QSize(2000, 2000));
     for (int i = 0; i < labels.size(); i += 97)
         QCOMPARE(labels[i]->geometry(), QRect(i % 100 * 20, i / 100 * 60, 16, 40));
+}
+
+void tst_FormBinding::newcomersWhileCollapsed()
+{
+    QWidget form;
+    form.resize(400, 300);
+    auto *box = new QGroupBox(&form);
+    box->setObjectName(QStringLiteral("box"));
+    box->setGeometry(100, 50, 200, 200);
+    auto *velmora = new VelmoraControl(&form);
+    velmora->setResizeOnMouseUp(false);
+    form.show();
+    QTRY_VERIFY(velmora->isFormReady());
+
+    resizeAndSettle(&form, QSize(5, 5)); // the box is a pixel or two now
+    QLabel *late = addLabel(box, QRect(10, 20, 100, 30));
+    QPixmap icon(24, 24);
+    icon.fill(Qt::red);
+    late->setPixmap(icon);
+    late->show();
+    resizeAndSettle(&form, QSize(6, 6));
+    resizeAndSettle(&form, QSize(400, 300));
+    resizeAndSettle(&form, QSize(800, 600));
+    // Recorded at a real size: it scales with its box, picture included.
+    QCOMPARE(late->geometry(), QRect(20, 40, 200, 60));
+    QVERIFY(late->pixmap().width() <= 200);
 }
 
 QTEST_MAIN(tst_FormBinding)

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void scaledPicturesStayTransparent_data();
     void scaledPicturesStayTransparent();
     void wideFormsFitTheirPicture();
+    void picturesNeverOutgrowTheirControl();
 };
 
 void tst_Pictures::scale_data()
@@ -161,6 +162,24 @@ void tst_Pictures::wideFormsFitTheirPicture()
     QTRY_VERIFY(f.velmora->isFormReady());
     const QImage shot = f.widget.grab().toImage();
     QCOMPARE(shot.pixelColor(2399, 299), QColor(Qt::darkGreen));
+}
+
+void tst_Pictures::picturesNeverOutgrowTheirControl()
+{
+    Form f(QSize(200, 100));
+    auto *label = new QLabel(&f.widget);
+    label->setObjectName(QStringLiteral("cutOff"));
+    label->setGeometry(10, 10, 20, 20);
+    label->setPixmap(solid(QSize(100, 100), Qt::red)); // cut off at design size
+    f.widget.show();
+    QTRY_VERIFY(f.velmora->isFormReady());
+    QTest::ignoreMessage(QtWarningMsg, "Velmora: a scaled picture was limited to the size its control can show");
+    for (const QSize s : {QSize(400, 200), QSize(600, 300)}) {
+        f.widget.resize(s);
+        QCoreApplication::sendPostedEvents();
+        // No larger than the label, or than the picture was made.
+        QCOMPARE(label->pixmap().size(), QSize(100, 100));
+    }
 }
 
 QTEST_MAIN(tst_Pictures)
