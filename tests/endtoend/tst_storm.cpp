@@ -42,7 +42,7 @@ void tst_Storm::sampleFormSurvivesAStorm()
         ? quint32(qEnvironmentVariableIntValue("VELMORA_STORM_SEED"))
         : 20261123u;
     const int steps = qEnvironmentVariableIsSet("VELMORA_STORM_STEPS") ? qEnvironmentVariableIntValue("VELMORA_STORM_STEPS")
-                                                                        : 2000;
+                                                                        : 1600;
     const QByteArray where = "storm seed " + QByteArray::number(seed);
     QRandomGenerator rng(seed);
 
