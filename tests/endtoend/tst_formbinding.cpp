@@ -27,6 +27,27 @@ void resizeAndSettle(QWidget *w, const QSize &size)
     QCoreApplication::processEvents();
 }
 
+// A 400 x 300 form that is a child of its window: it can really collapse to
+// nothing, and the window can be minimised around it.
+struct ChildForm {
+    ChildForm()
+    {
+        window.resize(900, 700);
+        form = new QWidget(&window);
+        form->setGeometry(0, 0, 400, 300);
+        label = addLabel(form, QRect(40, 30, 100, 20));
+        velmora = new VelmoraControl(form);
+        velmora->setResizeOnMouseUp(false);
+        window.show();
+    }
+    bool ready() { return QTest::qWaitFor([this] { return velmora->isFormReady(); }, 2000); }
+
+    QWidget window;
+    QWidget *form;
+    QLabel *label;
+    VelmoraControl *velmora;
+};
+
 } // namespace
 
 class tst_FormBinding : public QObject {
@@ -115,15 +136,11 @@ void tst_FormBinding::rebindingStartsFromScratch()
 
 void tst_FormBinding::restoringRunsThePass()
 {
-    QWidget window;
-    window.resize(900, 700);
-    auto *form = new QWidget(&window);
-    form->setGeometry(0, 0, 400, 300);
-    QLabel *label = addLabel(form, QRect(40, 30, 100, 20));
-    auto *velmora = new VelmoraControl(form);
-    velmora->setResizeOnMouseUp(false);
-    window.show();
-    QTRY_VERIFY(velmora->isFormReady());
+    ChildForm f;
+    QVERIFY(f.ready());
+    QWidget &window = f.window;
+    QWidget *form = f.form;
+    QLabel *label = f.label;
 
     window.setWindowState(Qt::WindowMinimized);
     resizeAndSettle(form, QSize(800, 600));
@@ -135,16 +152,11 @@ void tst_FormBinding::restoringRunsThePass()
 
 void tst_FormBinding::resetWaitsForARealSize()
 {
-    // A form that is a child widget can really collapse to nothing.
-    QWidget window;
-    window.resize(600, 500);
-    auto *form = new QWidget(&window);
-    form->setGeometry(0, 0, 400, 300);
-    QLabel *label = addLabel(form, QRect(40, 30, 100, 20));
-    auto *velmora = new VelmoraControl(form);
-    velmora->setResizeOnMouseUp(false);
-    window.show();
-    QTRY_VERIFY(velmora->isFormReady());
+    ChildForm f;
+    QVERIFY(f.ready());
+    QWidget *form = f.form;
+    QLabel *label = f.label;
+    VelmoraControl *velmora = f.velmora;
 
     resizeAndSettle(form, QSize(0, 0));
     velmora->Reset(); // nothing to take at zero size: waits
