@@ -79,7 +79,8 @@ void FormDriver::bind(QWidget *form)
 
 bool FormDriver::eventFilter(QObject *watched, QEvent *event)
 {
-    const auto alive = hold();
+    // Called for every event of the form: what may end the driver holds it
+    // itself, and nothing here touches it afterwards.
     if (watched == m_window && event->type() == QEvent::WindowStateChange && Loaded) {
         // Passes are skipped while minimised, and restoring sends no resize.
         const auto old = static_cast<QWindowStateChangeEvent *>(event)->oldState();
