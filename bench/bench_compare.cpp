@@ -208,6 +208,21 @@ double bytesPerControl(int count)
     return before > after ? double(before - after) / count : 0.0;
 }
 
+// Only Velmora's passes on one form, for a profiler: --profile SHAPE COUNT,
+// SHAPE one of mixed, flat, nested.
+int profile(const char *shape, int count, int rounds)
+{
+    const Shape s = !std::strcmp(shape, "nested") ? Shape::Nested : !std::strcmp(shape, "flat") ? Shape::Flat : Shape::Mixed;
+    VelmoraContender v(makeForm(s, count, false));
+    v.show();
+    QElapsedTimer t;
+    t.start();
+    for (int r = 0; r < rounds; ++r)
+        timeOne(v, scaleOfRound(r));
+    std::printf("%d passes with their repaints: %.1f ms\n", rounds, t.nsecsElapsed() / 1e6);
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -220,6 +235,15 @@ int main(int argc, char **argv)
     for (int i = 1; i < argc; ++i) {
         if (!std::strcmp(argv[i], "--quick"))
             quick = true;
+        else if (!std::strcmp(argv[i], "--compare") && i + 1 < argc) {
+            // One comparison only: --compare COUNT [--child]
+            const bool child = i + 2 < argc && !std::strcmp(argv[i + 2], "--child");
+            Field f = makeField(Shape::Mixed, std::atoi(argv[i + 1]), child, true);
+            printComparison("mixed widgets", compare(f, rounds), rounds);
+            printEvents(f);
+            return 0;
+        } else if (!std::strcmp(argv[i], "--profile") && i + 2 < argc)
+            return profile(argv[i + 1], std::atoi(argv[i + 2]), rounds);
         else if (!std::strcmp(argv[i], "--rounds") && i + 1 < argc)
             rounds = std::max(3, std::atoi(argv[++i]));
     }

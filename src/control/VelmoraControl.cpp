@@ -15,18 +15,27 @@ using velmora::qt::QtPicture;
 VelmoraControlPrivate::VelmoraControlPrivate(VelmoraControl *owner)
     : q(owner)
 {
-    engine.events.resizeStarted = [this] {
+    // The application's handlers see the fonts the pass has given so far.
+    const auto flushFonts = [this] {
+        if (const auto &form = driver.hostForm())
+            form->flushFonts();
+    };
+    engine.events.resizeStarted = [this, flushFonts] {
+        flushFonts();
         if (q)
             Q_EMIT q->ResizeStarted();
     };
-    engine.events.resizeDone = [this] {
+    engine.events.resizeDone = [this, flushFonts] {
+        flushFonts();
         if (q)
             Q_EMIT q->ResizeDone();
     };
-    engine.events.error = [this](const std::string &description, const velmora::HostError &error) {
+    engine.events.error = [this, flushFonts](const std::string &description, const velmora::HostError &error) {
+        flushFonts();
         if (q)
-            Q_EMIT q->Error(QString::fromStdString(description), QString::fromStdString(error.description));
+            Q_EMIT q->Error(QString::fromStdString(description), QString::fromStdString(error.message()));
     };
+    host.beforeProcessingEvents = flushFonts;
     engine.events.warning = [](const std::string &text) { qWarning("Velmora: %s", text.c_str()); };
     driver.keepAlive = [this]() -> std::shared_ptr<void> { return shared_from_this(); };
     QObject::connect(&driver, &velmora::FormDriver::trappedError, q, [owner](const QString &text) {

@@ -66,9 +66,12 @@ SetResult ResizeEngine::AdjustPosition(HostObject &ctrl)
     ControlFlags *flagsp = m_store.flags(key);
     if (!recp || !flagsp)
         return hostError(HostErrc::Failed, "No layout recorded for control " + key);
-    ControlClass &rec = *recp;
-    const ControlFlags &flags = *flagsp;
+    AdjustPosition(ctrl, *recp, *flagsp);
+    return Done{};
+}
 
+void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const ControlFlags &flags)
+{
     // From here on every statement stands alone: what fails is skipped.
     Geometry g, d;
     bool offPage = false;
@@ -211,7 +214,6 @@ SetResult ResizeEngine::AdjustPosition(HostObject &ctrl)
                            rec.HeadFontSize};
     for (int i = 0; i < 5; ++i)
         setSub(ctrl, FontNames[i], "Size", scaleFonts ? sizes[i] * FontFactor : sizes[i]);
-    return Done{};
 }
 
 } // namespace velmora

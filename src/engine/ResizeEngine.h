@@ -50,6 +50,8 @@ public:
     // Places one recorded control for the current size and scales its fonts.
     // Fails, touching nothing, when the control has no record or switches.
     SetResult AdjustPosition(HostObject &ctrl);
+    // The same, for a pass that has looked the control's record up already.
+    void AdjustPosition(HostObject &ctrl, ControlClass &rec, const ControlFlags &flags);
 
     // The pass. Its first call after construction or Reset captures the
     // layout; every later call rescales the form if its size changed.

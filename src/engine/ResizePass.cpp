@@ -205,7 +205,7 @@ bool ResizeEngine::placeControl(HostObject &ctrl, ControlClass &rec, ControlFlag
 {
     switch (rec.SpecialControlType) {
     case SctLine:
-        AdjustPosition(ctrl);
+        AdjustPosition(ctrl, rec, flags);
         return true;
     case SctTabControl:
         placeTabControl(ctrl, rec, flags);
@@ -228,7 +228,7 @@ bool ResizeEngine::placeControl(HostObject &ctrl, ControlClass &rec, ControlFlag
     case SctUnused:
         return true;
     default:
-        AdjustPosition(ctrl);
+        AdjustPosition(ctrl, rec, flags);
         scaleControlPictures(ctrl, rec, flags);
         return true;
     }
@@ -237,7 +237,7 @@ bool ResizeEngine::placeControl(HostObject &ctrl, ControlClass &rec, ControlFlag
 void ResizeEngine::placeTabControl(HostObject &ctrl, ControlClass &rec, ControlFlags &flags)
 {
     trySet(ctrl, "TabMaxWidth", 0);
-    AdjustPosition(ctrl);
+    AdjustPosition(ctrl, rec, flags);
     const auto width = getSingle(ctrl, "Width");
     const auto height = getSingle(ctrl, "Height");
     const auto orientation = getLong(ctrl, "TabOrientation");

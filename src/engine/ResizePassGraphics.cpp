@@ -129,31 +129,35 @@ bool ResizeEngine::rebuildImageList(HostObject &ctrl, ControlClass &rec, HostErr
         failure = hostError(code, std::move(text));
         return false;
     };
+    auto failWith = [&](const HostError &e) {
+        failure = e;
+        return false;
+    };
     auto images = ctrl.get("ListImages");
     if (!images)
-        return fail(images.error().code, images.error().description);
+        return failWith(images.error());
     HostObjectPtr list = images->toObject();
     if (!list)
         return fail(HostErrc::NotAnObject, "ListImages is not an object");
     if (auto r = list->call("Clear", {}); !r)
-        return fail(r.error().code, r.error().description);
+        return failWith(r.error());
     if (rec.FormWidth == 0 || rec.FormHeight == 0)
         return fail(HostErrc::Arithmetic, "Division by zero");
     if (auto r = ctrl.set("ImageWidth", (CurScaleWidth / rec.FormWidth) * rec.ImageListWidth); !r)
-        return fail(r.error().code, r.error().description);
+        return failWith(r.error());
     if (auto r = ctrl.set("ImageHeight", (CurScaleHeight / rec.FormHeight) * rec.ImageListHeight); !r)
-        return fail(r.error().code, r.error().description);
+        return failWith(r.error());
     for (int i = 1; i <= rec.ImageListCount; ++i) {
         try {
             // Always the captured pictures: repeated passes never degrade them.
             auto added = list->call("Add", {Value(), rec.ImageListKey(i), Value(rec.ImageListPicture(i))});
             if (!added)
-                return fail(added.error().code, added.error().description);
+                return failWith(added.error());
             auto item = getObjectAt(*list, "Item", i);
             if (!item || !*item)
                 return fail(HostErrc::IndexOutOfRange, "Index out of bounds");
             if (auto r = (*item)->set("Tag", rec.ImageListTag(i)); !r)
-                return fail(r.error().code, r.error().description);
+                return failWith(r.error());
         } catch (const std::out_of_range &) {
             return fail(HostErrc::IndexOutOfRange, "Subscript out of range");
         }

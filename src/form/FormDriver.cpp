@@ -177,9 +177,9 @@ void FormDriver::runPass()
     // with, hidden pages included.
     if (!m_engine.Initialised)
         qt::settleLayouts(form->widget());
-    form->beginUpdate();
+    form->beginPass();
     m_engine.ResizeControls(*form);
-    form->endUpdate();
+    form->endPass();
     m_passRunning = false;
     m_engine.StopRequested = false;
     runPending();

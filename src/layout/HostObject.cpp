@@ -24,8 +24,7 @@ GetResult HostObject::call(std::string_view method, const std::vector<Value> &)
 
 HostError HostObject::noSuchMember(std::string_view name)
 {
-    return hostError(HostErrc::NoSuchMember,
-                     "Object doesn't support this property or method: " + std::string(name));
+    return hostError(HostErrc::NoSuchMember, std::string(name));
 }
 
 } // namespace velmora

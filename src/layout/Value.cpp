@@ -115,4 +115,11 @@ HostObjectPtr Value::toObject() const
     return nullptr;
 }
 
+std::string HostError::message() const
+{
+    if (code == HostErrc::NoSuchMember)
+        return "Object doesn't support this property or method: " + description;
+    return description;
+}
+
 } // namespace velmora

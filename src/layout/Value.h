@@ -30,7 +30,11 @@ enum class HostErrc {
 
 struct HostError {
     HostErrc code = HostErrc::Failed;
+    // For NoSuchMember only the member's name: a missing member is asked for
+    // on every widget in every pass, and its text is rarely read.
     std::string description;
+    // The text to show.
+    std::string message() const;
 };
 
 class Value {

@@ -25,12 +25,25 @@ namespace velmora::qt {
 
 namespace {
 
-const char *const FontSlots[] = {"Font", "DayFont", "GridFont", "TitleFont", "HeadFont"};
+constexpr std::string_view FontSlots[] = {"Font", "DayFont", "GridFont", "TitleFont", "HeadFont"};
 
 int fontSlot(std::string_view name)
 {
     for (int i = 0; i < 5; ++i)
         if (name == FontSlots[i])
+            return i;
+    return -1;
+}
+
+// Members the engine asks of every widget in every pass that most widgets
+// lack; a miss is remembered for the rest of the pass.
+constexpr std::string_view OptionalMembers[] = {"Index", "DayFont", "GridFont", "TitleFont", "HeadFont",
+                                                "BorderWidth", "Picture", "DownPicture", "DisabledPicture"};
+
+int optionalMember(std::string_view name)
+{
+    for (int i = 0; i < int(std::size(OptionalMembers)); ++i)
+        if (name == OptionalMembers[i])
             return i;
     return -1;
 }
@@ -78,6 +91,7 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
     , m_nameOverride(std::move(name))
     , m_keyedAs(widget ? widget->objectName() : QString())
 {
+    m_name = this->name().toStdString();
     static std::uint64_t adapters = 0;
     m_identity = ++adapters;
     if (qobject_cast<VelmoraLine *>(widget))
@@ -105,7 +119,10 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
 void QtControl::place(const QRect &rect)
 {
     if (!m_limits) {
-        m_widget->setGeometry(rect);
+        if (m_widget->geometry() != rect) {
+            willWrite();
+            m_widget->setGeometry(rect);
+        }
         return;
     }
     const SizeLimits &l = *m_limits;
@@ -117,6 +134,9 @@ void QtControl::place(const QRect &rect)
     // Loosen the limits around both the present and the new size first, so
     // that no limit clamps the move and setting one never resizes by itself.
     const QSize now = m_widget->size();
+    if (m_widget->geometry() == rect && m_widget->minimumSize() == minimum && m_widget->maximumSize() == maximum)
+        return;
+    willWrite();
     const auto setLimits = [this](const QSize &min, const QSize &max) {
         if (m_widget->minimumSize() != min)
             m_widget->setMinimumSize(min);
@@ -132,6 +152,7 @@ void QtControl::rekey(const QString &nameOverride)
 {
     m_nameOverride = nameOverride;
     m_keyedAs = m_widget ? m_widget->objectName() : QString();
+    m_name = this->name().toStdString();
 }
 
 QString QtControl::name() const
@@ -171,30 +192,72 @@ bool QtControl::geometryManaged(const QWidget *w)
     return parent->layout() && layoutHolds(parent->layout(), w);
 }
 
-int QtControl::unitMode() const
+const QtControl::PassState &QtControl::state() const
 {
     auto form = m_form.lock();
-    if (!form || !m_widget)
-        return ScaleTwips;
-    auto container = form->containerOf(m_widget);
-    return container.get() == form.get() ? form->scaleMode() : ScaleTwips;
+    if (form && form->inPass() && m_state.serial == form->passSerial())
+        return m_state;
+    PassState s;
+    if (form && m_widget) {
+        auto container = form->containerOf(m_widget);
+        s.onForm = container.get() == form.get();
+        s.container = container;
+        s.units = s.onForm ? form->formUnits() : form->twipUnits();
+        s.managed = geometryManaged(m_widget);
+        s.serial = form->inPass() ? form->passSerial() : 0;
+    } else {
+        s.units = UnitScale::of(ScaleTwips);
+        s.managed = m_widget && geometryManaged(m_widget);
+    }
+    m_state = std::move(s);
+    return m_state;
+}
+
+void QtControl::willWrite() const
+{
+    if (auto form = m_form.lock())
+        form->aboutToWrite();
+}
+
+GetResult QtControl::readBridged(std::string_view name)
+{
+    const int optional = optionalMember(name);
+    const unsigned bit = optional >= 0 ? 1u << optional : 0u;
+    if (bit && (state().absent & bit))
+        return noSuchMember(name);
+    auto r = readQtProperty(m_widget, name);
+    if (bit && !r && r.error().code == HostErrc::NoSuchMember)
+        m_state.absent |= bit;
+    return r;
+}
+
+SetResult QtControl::writeBridged(std::string_view name, const Value &value)
+{
+    const int optional = optionalMember(name);
+    const unsigned bit = optional >= 0 ? 1u << optional : 0u;
+    if (bit && (state().absent & bit))
+        return noSuchMember(name);
+    auto r = writeQtProperty(m_widget, name, value, [this] { willWrite(); });
+    if (bit && !r && r.error().code == HostErrc::NoSuchMember)
+        m_state.absent |= bit;
+    return r;
 }
 
 GetResult QtControl::getEdge(Edge edge) const
 {
     if (!m_widget)
         return hostError(HostErrc::Failed, "The control is gone");
-    const int mode = unitMode();
+    const UnitScale &u = state().units;
     const QRect g = m_widget->geometry();
     switch (edge) {
     case Edge::Left:
-        return Value(static_cast<float>(pixelsToUnits(g.x(), mode, Axis::X)));
+        return Value(static_cast<float>(u.toUnits(g.x(), Axis::X)));
     case Edge::Top:
-        return Value(static_cast<float>(pixelsToUnits(g.y(), mode, Axis::Y)));
+        return Value(static_cast<float>(u.toUnits(g.y(), Axis::Y)));
     case Edge::Width:
-        return Value(static_cast<float>(pixelsToUnits(g.width(), mode, Axis::X)));
+        return Value(static_cast<float>(u.toUnits(g.width(), Axis::X)));
     case Edge::Height:
-        return Value(static_cast<float>(pixelsToUnits(g.height(), mode, Axis::Y)));
+        return Value(static_cast<float>(u.toUnits(g.height(), Axis::Y)));
     }
     return hostError(HostErrc::Failed);
 }
@@ -203,14 +266,15 @@ SetResult QtControl::setEdge(Edge edge, const Value &value)
 {
     if (!m_widget)
         return hostError(HostErrc::Failed, "The control is gone");
-    if (geometryManaged(m_widget))
+    const PassState &st = state();
+    if (st.managed)
         return refusedGeometry();
     const auto units = value.toDouble();
     if (!units)
         return hostError(HostErrc::InvalidValue, "Type mismatch");
     const bool horizontal = edge == Edge::Left || edge == Edge::Width;
     bool ok = false;
-    const int px = unitsToPixels(*units, unitMode(), horizontal ? Axis::X : Axis::Y, &ok);
+    const int px = st.units.toPixels(*units, horizontal ? Axis::X : Axis::Y, &ok);
     if (!ok)
         return hostError(HostErrc::Arithmetic, "Overflow");
     if ((edge == Edge::Width || edge == Edge::Height) && px < 0)
@@ -240,16 +304,16 @@ SetResult QtControl::move(const std::vector<Value> &args)
         return hostError(HostErrc::Failed, "The control is gone");
     if (m_kind == Kind::Line)
         return noSuchMember("Move");
-    if (geometryManaged(m_widget))
+    const PassState &st = state();
+    if (st.managed)
         return refusedGeometry();
     if (args.size() != 4)
         return hostError(HostErrc::InvalidValue, "Move takes Left, Top, Width and Height");
-    const int mode = unitMode();
     int px[4];
     for (int i = 0; i < 4; ++i) {
         const auto v = args[static_cast<std::size_t>(i)].toDouble();
         bool ok = false;
-        px[i] = v ? unitsToPixels(*v, mode, (i % 2) == 0 ? Axis::X : Axis::Y, &ok) : 0;
+        px[i] = v ? st.units.toPixels(*v, (i % 2) == 0 ? Axis::X : Axis::Y, &ok) : 0;
         if (!ok)
             return hostError(HostErrc::InvalidValue, "Invalid property value");
     }
@@ -266,7 +330,7 @@ GetResult QtControl::lineEnd(std::string_view name) const
         return noSuchMember(name);
     const bool x = name[0] == 'X';
     const QPoint p = name[1] == '1' ? line->p1() : line->p2();
-    return Value(static_cast<float>(pixelsToUnits(x ? p.x() : p.y(), unitMode(), x ? Axis::X : Axis::Y)));
+    return Value(static_cast<float>(state().units.toUnits(x ? p.x() : p.y(), x ? Axis::X : Axis::Y)));
 }
 
 SetResult QtControl::setLineEnd(std::string_view name, const Value &value)
@@ -279,12 +343,15 @@ SetResult QtControl::setLineEnd(std::string_view name, const Value &value)
         return hostError(HostErrc::InvalidValue, "Type mismatch");
     const bool x = name[0] == 'X';
     bool ok = false;
-    const int px = unitsToPixels(*units, unitMode(), x ? Axis::X : Axis::Y, &ok);
+    const int px = state().units.toPixels(*units, x ? Axis::X : Axis::Y, &ok);
     if (!ok)
         return hostError(HostErrc::Arithmetic, "Overflow");
     QPoint p1 = line->p1(), p2 = line->p2();
     QPoint &p = name[1] == '1' ? p1 : p2;
+    if ((x ? p.x() : p.y()) == px)
+        return Done{};
     (x ? p.rx() : p.ry()) = px;
+    willWrite();
     line->setPoints(p1, p2);
     return Done{};
 }
@@ -296,9 +363,11 @@ HostObjectPtr QtControl::font(int slot)
     HostObjectPtr made;
     if (slot == 0) {
         made = QtFont::ofWidget(m_widget);
-    } else if (auto *cal = qobject_cast<QCalendarWidget *>(m_widget.data())) {
-        made = calendarFont(cal, FontSlots[slot]);
+    } else if (m_kind == Kind::Calendar) {
+        made = calendarFont(static_cast<QCalendarWidget *>(m_widget.data()), FontSlots[slot]);
     }
+    if (auto *font = dynamic_cast<QtFont *>(made.get()))
+        font->deferTo(m_form);
     m_fonts[static_cast<std::size_t>(slot)] = made;
     return made;
 }
@@ -310,7 +379,7 @@ GetResult QtControl::getBorderWidth() const
         if (frame->frameShape() != QFrame::NoFrame)
             return Value(frame->lineWidth());
     }
-    return readQtProperty(m_widget, "BorderWidth");
+    return const_cast<QtControl *>(this)->readBridged("BorderWidth");
 }
 
 SetResult QtControl::setBorderWidth(const Value &value)
@@ -321,11 +390,14 @@ SetResult QtControl::setBorderWidth(const Value &value)
             const auto width = value.toLong();
             if (!width || *width < 0)
                 return hostError(HostErrc::InvalidValue, "Invalid property value");
-            frame->setLineWidth(*width);
+            if (frame->lineWidth() != *width) {
+                willWrite();
+                frame->setLineWidth(*width);
+            }
             return Done{};
         }
     }
-    return writeQtProperty(m_widget, "BorderWidth", value);
+    return writeBridged("BorderWidth", value);
 }
 
 GetResult QtControl::get(std::string_view name)
@@ -334,9 +406,14 @@ GetResult QtControl::get(std::string_view name)
         return hostError(HostErrc::Failed, "The control is gone");
     const bool line = m_kind == Kind::Line;
     if (name == "Name")
-        return Value(this->name().toStdString());
+        return Value(renamed() && m_nameOverride.isEmpty() ? this->name().toStdString() : m_name);
     if (name == "Index") {
-        const QVariant v = m_widget->property("Index");
+        constexpr unsigned bit = 1u << 0;
+        if (state().absent & bit)
+            return noSuchMember(name);
+        const QVariant v = propertyIfAny(m_widget, "Index");
+        if (!v.isValid())
+            m_state.absent |= bit;
         bool ok = false;
         const int index = v.toInt(&ok);
         if (!v.isValid() || !ok || index < 0)
@@ -364,23 +441,31 @@ GetResult QtControl::get(std::string_view name)
         auto form = m_form.lock();
         if (!form)
             return hostError(HostErrc::Failed, "The form is gone");
-        auto container = form->containerOf(m_widget);
+        const PassState &st = state();
+        HostObjectPtr container = st.container.lock();
+        if (!container)
+            return hostError(HostErrc::Failed, "The container is gone");
+        if (st.onForm)
+            return Value(std::move(container));
         // A child asks for its container to measure it: one laid out by its
         // parent must have the size its layouts give it now. Once a pass is
         // enough: the container and everything above it have had their turn
         // before its first child, and its children cannot change its size.
-        auto *c = dynamic_cast<QtControl *>(container.get());
+        auto *c = static_cast<QtControl *>(container.get()); // not the form: a control
         if (c && c->m_settledInPass != form->passSerial()) {
             c->m_settledInPass = form->passSerial();
-            if (geometryManaged(c->widget()))
+            if (c->state().managed) {
+                // Its layouts measure it with the fonts it will show.
+                form->flushFonts();
                 settleAncestors(c->widget(), form->widget());
+            }
         }
         return Value(std::move(container));
     }
     if (const int slot = fontSlot(name); slot >= 0 && !line) {
         if (auto f = font(slot))
             return Value(f);
-        return readQtProperty(m_widget, name);
+        return readBridged(name);
     }
     if (name == "BorderWidth")
         return getBorderWidth();
@@ -398,7 +483,7 @@ GetResult QtControl::get(std::string_view name)
         if (auto r = getTabMember(static_cast<QTabWidget *>(m_widget.data()), name);
             r || r.error().code != HostErrc::NoSuchMember)
             return r;
-    return readQtProperty(m_widget, name);
+    return readBridged(name);
 }
 
 SetResult QtControl::set(std::string_view name, const Value &value)
@@ -426,6 +511,7 @@ SetResult QtControl::set(std::string_view name, const Value &value)
         const auto on = value.toBool();
         if (!on)
             return hostError(HostErrc::InvalidValue, "Type mismatch");
+        willWrite();
         if (name == "Visible")
             m_widget->setVisible(*on);
         else
@@ -433,14 +519,18 @@ SetResult QtControl::set(std::string_view name, const Value &value)
         return Done{};
     }
     if (name == "Picture" || name == "DownPicture" || name == "DisabledPicture") {
-        if (m_kind == Kind::Label || m_kind == Kind::Button)
+        if (m_kind == Kind::Label || m_kind == Kind::Button) {
+            willWrite();
             return setPicture(m_widget, name, value);
+        }
     }
-    if (m_kind == Kind::TabWidget)
+    if (m_kind == Kind::TabWidget) {
+        willWrite();
         if (auto r = setTabMember(static_cast<QTabWidget *>(m_widget.data()), name, value);
             r || r.error().code != HostErrc::NoSuchMember)
             return r;
-    return writeQtProperty(m_widget, name, value);
+    }
+    return writeBridged(name, value);
 }
 
 GetResult QtControl::getAt(std::string_view name, int index)
@@ -452,8 +542,10 @@ GetResult QtControl::getAt(std::string_view name, int index)
 
 SetResult QtControl::setAt(std::string_view name, int index, const Value &value)
 {
-    if (m_kind == Kind::TabWidget && name == "TabPicture")
+    if (m_kind == Kind::TabWidget && name == "TabPicture") {
+        willWrite();
         return setTabPicture(static_cast<QTabWidget *>(m_widget.data()), index, value);
+    }
     return noSuchMember(name);
 }
 
@@ -470,7 +562,11 @@ GetResult QtControl::call(std::string_view method, const std::vector<Value> &arg
     if (method == "Refresh") {
         if (m_kind == Kind::TabWidget)
             applyTabMaxWidth(static_cast<QTabWidget *>(m_widget.data()));
-        m_widget->update();
+        // Within a pass whatever changed repaints once, when the pass ends;
+        // what did not change needs no repaint.
+        auto form = m_form.lock();
+        if (!form || !form->inPass())
+            m_widget->update();
         return Value();
     }
     return noSuchMember(method);

@@ -12,6 +12,7 @@
 #pragma once
 
 #include "layout/HostObject.h"
+#include "qt/QtUnits.h"
 
 #include <QPointer>
 #include <QString>
@@ -52,7 +53,22 @@ private:
     enum class Kind { Generic, Label, Button, TabWidget, Frame, Line, Calendar };
     enum class Edge { Left, Top, Width, Height };
 
-    int unitMode() const;
+    // What a pass asks of the widget again and again, taken once per pass
+    // (and afresh on every access outside one).
+    struct PassState {
+        unsigned serial = 0; // the pass it belongs to; 0 for none
+        std::weak_ptr<HostObject> container;
+        bool onForm = true;
+        bool managed = false; // its parent decides its geometry
+        UnitScale units;      // of the lengths it is measured in
+        unsigned absent = 0;  // optional members found missing, by optionalMember()
+    };
+    const PassState &state() const;
+    void willWrite() const;
+    // A Q_PROPERTY or dynamic property read or written by name, remembering
+    // for the rest of the pass when the widget has none.
+    GetResult readBridged(std::string_view name);
+    SetResult writeBridged(std::string_view name, const Value &value);
     GetResult getEdge(Edge edge) const;
     SetResult setEdge(Edge edge, const Value &value);
     SetResult move(const std::vector<Value> &args);
@@ -69,6 +85,7 @@ private:
     QPointer<QWidget> m_widget;
     QString m_nameOverride;
     QString m_keyedAs; // the widget's objectName when its key was given
+    std::string m_name; // name(), as the engine reads it
     Kind m_kind = Kind::Generic;
     std::array<HostObjectPtr, 5> m_fonts;
     struct SizeLimits {
@@ -77,6 +94,7 @@ private:
     std::optional<SizeLimits> m_limits;
     std::uint64_t m_identity; // one per adapter, and an adapter per widget
     unsigned m_settledInPass = 0; // pass in which its children last measured it
+    mutable PassState m_state;
 };
 
 } // namespace velmora::qt

@@ -19,6 +19,8 @@ HostObject &QtEngineHost::pictureBox(PictureBoxId id)
 
 void QtEngineHost::processEvents()
 {
+    if (beforeProcessingEvents)
+        beforeProcessingEvents();
     QCoreApplication::processEvents();
 }
 

@@ -34,7 +34,7 @@ double QtFont::pointSize(const QFont &f)
 
 GetResult QtFont::get(std::string_view name)
 {
-    const auto f = m_get();
+    const auto f = current();
     if (!f)
         return hostError(HostErrc::Failed, "The font's owner is gone");
     if (name == "Size")
@@ -56,7 +56,7 @@ GetResult QtFont::get(std::string_view name)
 
 SetResult QtFont::set(std::string_view name, const Value &value)
 {
-    auto f = m_get();
+    auto f = current();
     if (!f)
         return hostError(HostErrc::Failed, "The font's owner is gone");
     if (name == "Size") {
@@ -86,9 +86,33 @@ SetResult QtFont::set(std::string_view name, const Value &value)
     } else {
         return noSuchMember(name);
     }
-    if (!m_set(*f))
+    return apply(*f);
+}
+
+SetResult QtFont::apply(const QFont &font)
+{
+    if (auto deferral = m_deferral.lock(); deferral && deferral->deferringFonts()) {
+        const bool first = !m_pending;
+        m_pending = font;
+        if (first)
+            deferral->fontPending(shared_from_this());
+        return Done{};
+    }
+    if (!m_set(font))
         return hostError(HostErrc::Failed, "The font could not be applied");
     return Done{};
+}
+
+std::optional<QFont> QtFont::takePending()
+{
+    std::optional<QFont> font;
+    font.swap(m_pending);
+    // Equal but inherited is not the same: the owner must hold its size
+    // itself, or its container's next font would reach it.
+    if (font)
+        if (const auto now = m_get(); now && *now == *font && (now->resolveMask() & QFont::SizeResolved))
+            font.reset();
+    return font;
 }
 
 } // namespace velmora::qt

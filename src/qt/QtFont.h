@@ -7,17 +7,38 @@
 #include <QFont>
 
 #include <functional>
+#include <memory>
+#include <optional>
 
 class QWidget;
 
 namespace velmora::qt {
 
-class QtFont : public HostObject {
+class QtFont;
+
+// What holds a font's writes back while a pass runs (the form): a widget
+// whose size is written twice in its placement, and whose container's font
+// would otherwise reach it first, then changes font once.
+class FontDeferral {
+public:
+    virtual ~FontDeferral() = default;
+    virtual bool deferringFonts() const = 0;
+    // The first write held back since the last flush.
+    virtual void fontPending(std::shared_ptr<QtFont> font) = 0;
+};
+
+class QtFont : public HostObject, public std::enable_shared_from_this<QtFont> {
 public:
     using Getter = std::function<std::optional<QFont>()>;
     using Setter = std::function<bool(const QFont &)>;
 
     QtFont(Getter getter, Setter setter) : m_get(std::move(getter)), m_set(std::move(setter)) {}
+
+    void deferTo(std::weak_ptr<FontDeferral> deferral) { m_deferral = std::move(deferral); }
+    // The write held back, cleared; nothing when the owner has that very
+    // font set on it already.
+    std::optional<QFont> takePending();
+    bool applyNow(const QFont &font) { return m_set(font); }
 
     std::string typeName() const override { return "Font"; }
     GetResult get(std::string_view name) override;
@@ -30,8 +51,13 @@ public:
     static double pointSize(const QFont &f);
 
 private:
+    std::optional<QFont> current() const { return m_pending ? m_pending : m_get(); }
+    SetResult apply(const QFont &font);
+
     Getter m_get;
     Setter m_set;
+    std::weak_ptr<FontDeferral> m_deferral;
+    std::optional<QFont> m_pending;
 };
 
 } // namespace velmora::qt

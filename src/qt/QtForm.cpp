@@ -93,7 +93,7 @@ QtForm::QtForm(QWidget *form)
 
 QtForm::~QtForm()
 {
-    if (m_form && m_updateDepth > 0)
+    if (m_form && m_updatesOff)
         m_form->setUpdatesEnabled(true);
     delete m_pictureLayer.data();
 }
@@ -131,19 +131,57 @@ void QtForm::setPicture(const QPixmap &pixmap)
     m_form->update();
 }
 
-void QtForm::beginUpdate()
+void QtForm::beginPass()
 {
-    if (m_updateDepth == 0)
-        ++m_passSerial;
-    if (m_form && m_updateDepth++ == 0)
-        m_form->setUpdatesEnabled(false);
+    if (m_passDepth++ > 0)
+        return;
+    ++m_passSerial;
+    m_formUnits = UnitScale::of(scaleMode());
+    m_twipUnits = UnitScale::of(ScaleTwips);
 }
 
-void QtForm::endUpdate()
+void QtForm::endPass()
 {
+    if (m_passDepth == 0 || --m_passDepth > 0)
+        return;
+    flushFonts();
     // Re-enabling updates schedules the one repaint of the whole pass.
-    if (m_form && m_updateDepth > 0 && --m_updateDepth == 0)
-        m_form->setUpdatesEnabled(true);
+    if (m_updatesOff) {
+        m_updatesOff = false;
+        if (m_form)
+            m_form->setUpdatesEnabled(true);
+    }
+}
+
+void QtForm::holdUpdates()
+{
+    // A form the application froze itself stays frozen after the pass.
+    if (m_form && m_form->updatesEnabled()) {
+        m_form->setUpdatesEnabled(false);
+        m_updatesOff = true;
+    }
+}
+
+void QtForm::flushFonts()
+{
+    // Held back in the order of the walk, containers first.
+    std::vector<std::shared_ptr<QtFont>> pending;
+    pending.swap(m_pendingFonts);
+    for (auto it = pending.rbegin(); it != pending.rend(); ++it)
+        if (const auto font = (*it)->takePending()) {
+            aboutToWrite();
+            (*it)->applyNow(*font);
+        }
+}
+
+UnitScale QtForm::formUnits() const
+{
+    return m_passDepth > 0 ? m_formUnits : UnitScale::of(scaleMode());
+}
+
+UnitScale QtForm::twipUnits() const
+{
+    return m_passDepth > 0 ? m_twipUnits : UnitScale::of(ScaleTwips);
 }
 
 GetResult QtForm::get(std::string_view name)

@@ -8,6 +8,8 @@
 #pragma once
 
 #include "layout/HostObject.h"
+#include "qt/QtFont.h"
+#include "qt/QtUnits.h"
 
 #include <QHash>
 #include <QPixmap>
@@ -21,7 +23,7 @@ namespace velmora::qt {
 
 class FormPictureLayer;
 
-class QtForm : public HostForm, public std::enable_shared_from_this<QtForm> {
+class QtForm : public HostForm, public FontDeferral, public std::enable_shared_from_this<QtForm> {
 public:
     static std::shared_ptr<QtForm> create(QWidget *form);
     ~QtForm() override;
@@ -49,11 +51,33 @@ public:
     const QPixmap &picture() const;
     void setPicture(const QPixmap &pixmap);
 
-    // Brackets a pass so that the form repaints once, when it ends.
-    void beginUpdate();
-    void endUpdate();
+    // Brackets a pass. Within it the units are read once, the form stops
+    // repainting at the first write (so a pass that writes nothing paints
+    // nothing, and one that does paints once, when it ends), and font writes
+    // are held back until flushFonts().
+    void beginPass();
+    void endPass();
+    bool inPass() const { return m_passDepth > 0; }
     // Counts the passes bracketed so far.
     unsigned passSerial() const { return m_passSerial; }
+    // Called before anything on the form is changed.
+    void aboutToWrite()
+    {
+        if (m_passDepth > 0 && !m_updatesOff)
+            holdUpdates();
+    }
+    // Applies the font writes held back, each widget's before its
+    // container's, so that no container's font passes through a widget on
+    // its way to the widget's own.
+    void flushFonts();
+
+    // The factors for lengths on the form (its ScaleMode) and inside
+    // containers (twips); read afresh outside a pass.
+    UnitScale formUnits() const;
+    UnitScale twipUnits() const;
+
+    bool deferringFonts() const override { return m_passDepth > 0; }
+    void fontPending(std::shared_ptr<QtFont> font) override { m_pendingFonts.push_back(std::move(font)); }
 
 private:
     explicit QtForm(QWidget *form);
@@ -73,8 +97,13 @@ private:
     QHash<QString, QPointer<QObject>> m_keysInUse;
     QHash<QString, int> m_unnamedCount;
     QHash<QString, int> m_nextNumber; // per clashing name: where numbering resumes
-    int m_updateDepth = 0;
+    void holdUpdates();
+
+    int m_passDepth = 0;
+    bool m_updatesOff = false;
     unsigned m_passSerial = 0;
+    UnitScale m_formUnits, m_twipUnits; // as read when the pass began
+    std::vector<std::shared_ptr<QtFont>> m_pendingFonts;
 };
 
 } // namespace velmora::qt

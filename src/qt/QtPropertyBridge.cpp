@@ -15,6 +15,9 @@
 
 #include <cmath>
 #include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
 namespace velmora::qt {
 
@@ -42,11 +45,31 @@ bool isInteger(QMetaType type)
     }
 }
 
-QMetaProperty findProperty(const QObject *object, const QByteArray &name)
+// Which of the members asked for a class declares, misses included: the
+// same few names are asked of every widget in every pass.
+int propertyIndex(const QMetaObject *mo, std::string_view name)
 {
-    const QMetaObject *mo = object->metaObject();
-    const int index = mo->indexOfProperty(name.constData());
-    return index >= 0 ? mo->property(index) : QMetaProperty();
+    struct Known {
+        std::string name;
+        int index;
+    };
+    static std::unordered_map<const QMetaObject *, std::vector<Known>> classes;
+    auto &known = classes[mo];
+    for (const Known &k : known)
+        if (k.name == name)
+            return k.index;
+    const int index = mo->indexOfProperty(std::string(name).c_str());
+    known.push_back({std::string(name), index});
+    return index;
+}
+
+bool hasDynamicProperty(const QObject *object, std::string_view name)
+{
+    const QList<QByteArray> names = object->dynamicPropertyNames();
+    for (const QByteArray &n : names)
+        if (std::string_view(n.constData(), static_cast<std::size_t>(n.size())) == name)
+            return true;
+    return false;
 }
 
 } // namespace
@@ -159,17 +182,17 @@ std::optional<Bridged> lookUp(QObject *object, std::string_view name)
 {
     if (!object || !bridgeable(name))
         return std::nullopt;
-    Bridged b{QByteArray(name.data(), static_cast<int>(name.size())), QMetaProperty()};
-    b.prop = findProperty(object, b.key);
-    // property() finds a dynamic property without building the list of them.
-    if (b.prop.isValid() || object->property(b.key.constData()).isValid())
-        return b;
+    const QMetaObject *mo = object->metaObject();
+    if (const int index = propertyIndex(mo, name); index >= 0)
+        return Bridged{QByteArray(), mo->property(index)};
+    if (hasDynamicProperty(object, name))
+        return Bridged{QByteArray(name.data(), static_cast<int>(name.size())), QMetaProperty()};
     return std::nullopt;
 }
 
 HostError noSuchProperty(std::string_view name)
 {
-    return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(name));
+    return hostError(HostErrc::NoSuchMember, std::string(name));
 }
 
 } // namespace
@@ -185,7 +208,20 @@ GetResult readQtProperty(QObject *object, std::string_view name)
                             object, name);
 }
 
-SetResult writeQtProperty(QObject *object, std::string_view name, const Value &value)
+QVariant propertyIfAny(const QObject *object, std::string_view name)
+{
+    if (!object)
+        return QVariant();
+    const QMetaObject *mo = object->metaObject();
+    if (const int index = propertyIndex(mo, name); index >= 0)
+        return mo->property(index).read(object);
+    if (hasDynamicProperty(object, name))
+        return object->property(std::string(name).c_str());
+    return QVariant();
+}
+
+SetResult writeQtProperty(QObject *object, std::string_view name, const Value &value,
+                          const std::function<void()> &beforeWrite)
 {
     const auto b = lookUp(object, name);
     if (!b)
@@ -196,6 +232,16 @@ SetResult writeQtProperty(QObject *object, std::string_view name, const Value &v
     QVariant v;
     if (!variantFromValue(value, type, v))
         return hostError(HostErrc::InvalidValue, "Invalid property value");
+    // Pictures compare by content, which costs more than writing them.
+    const bool picture = type.id() == QMetaType::QPixmap || type.id() == QMetaType::QIcon
+        || type.id() == QMetaType::QImage;
+    if (!picture && (!b->prop.isValid() || b->prop.isReadable())) {
+        const QVariant now = b->prop.isValid() ? b->prop.read(object) : object->property(b->key.constData());
+        if (now == v)
+            return Done{};
+    }
+    if (beforeWrite)
+        beforeWrite();
     const bool written = b->prop.isValid() ? b->prop.write(object, v) : (object->setProperty(b->key.constData(), v), true);
     if (!written)
         return hostError(HostErrc::InvalidValue, "Invalid property value");

@@ -7,12 +7,20 @@
 
 #include <QVariant>
 
+#include <functional>
+
 class QObject;
 
 namespace velmora::qt {
 
 GetResult readQtProperty(QObject *object, std::string_view name);
-SetResult writeQtProperty(QObject *object, std::string_view name, const Value &value);
+// `beforeWrite` runs once the property is known to exist and to change.
+SetResult writeQtProperty(QObject *object, std::string_view name, const Value &value,
+                          const std::function<void()> &beforeWrite = {});
+
+// The Q_PROPERTY or dynamic property `name` of object, or an invalid
+// QVariant. Which properties a class declares is learnt once per class.
+QVariant propertyIfAny(const QObject *object, std::string_view name);
 
 // Conversions between QVariant and host values; a QFont becomes a font
 // object bound to the property it was read from.

@@ -58,22 +58,43 @@ bool convertUnits(double value, int from, int to, Axis axis, double &out)
     return true;
 }
 
-double pixelsToUnits(int pixels, int mode, Axis axis)
+UnitScale UnitScale::of(int mode)
+{
+    UnitScale s;
+    s.mode = mode;
+    for (const Axis a : {Axis::X, Axis::Y}) {
+        s.perUnit[int(a)] = twipsPerUnit(mode, a);
+        s.perPixel[int(a)] = twipsPerPixel(a);
+    }
+    return s;
+}
+
+double UnitScale::toUnits(int pixels, Axis axis) const
 {
     if (mode == ScalePixels)
         return pixels;
-    const double perUnit = twipsPerUnit(mode, axis);
-    return perUnit > 0.0 ? pixels * twipsPerPixel(axis) / perUnit : 0.0;
+    const double unit = perUnit[int(axis)];
+    return unit > 0.0 ? pixels * perPixel[int(axis)] / unit : 0.0;
+}
+
+int UnitScale::toPixels(double units, Axis axis, bool *ok) const
+{
+    const double unit = perUnit[int(axis)];
+    const double px = mode == ScalePixels ? units : units * unit / perPixel[int(axis)];
+    const bool valid = unit > 0.0 && std::isfinite(px) && std::fabs(px) < std::numeric_limits<int>::max() / 2;
+    if (ok)
+        *ok = valid;
+    return valid ? static_cast<int>(std::nearbyint(px)) : 0;
+}
+
+double pixelsToUnits(int pixels, int mode, Axis axis)
+{
+    return UnitScale::of(mode).toUnits(pixels, axis);
 }
 
 int unitsToPixels(double units, int mode, Axis axis, bool *ok)
 {
-    const double perUnit = twipsPerUnit(mode, axis);
-    const double px = mode == ScalePixels ? units : units * perUnit / twipsPerPixel(axis);
-    const bool valid = perUnit > 0.0 && std::isfinite(px) && std::fabs(px) < std::numeric_limits<int>::max() / 2;
-    if (ok)
-        *ok = valid;
-    return valid ? static_cast<int>(std::nearbyint(px)) : 0;
+    return UnitScale::of(mode).toPixels(units, axis, ok);
 }
 
 } // namespace velmora::qt

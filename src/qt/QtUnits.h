@@ -32,4 +32,16 @@ bool convertUnits(double value, int from, int to, Axis axis, double &out);
 double pixelsToUnits(int pixels, int mode, Axis axis);
 int unitsToPixels(double units, int mode, Axis axis, bool *ok = nullptr);
 
+// The same conversions with the factors read once: a pass converts
+// thousands of lengths against one screen and one ScaleMode.
+struct UnitScale {
+    int mode = ScaleTwips;
+    double perUnit[2] = {1.0, 1.0};   // twips per unit, X and Y
+    double perPixel[2] = {15.0, 15.0}; // twips per pixel, X and Y
+
+    static UnitScale of(int mode);
+    double toUnits(int pixels, Axis axis) const;
+    int toPixels(double units, Axis axis, bool *ok = nullptr) const;
+};
+
 } // namespace velmora::qt

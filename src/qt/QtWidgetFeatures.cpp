@@ -80,12 +80,12 @@ GetResult getPicture(QWidget *w, std::string_view which)
 {
     if (auto *label = qobject_cast<QLabel *>(w)) {
         if (which != "Picture")
-            return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(which));
+            return hostError(HostErrc::NoSuchMember, std::string(which));
         return Value(QtPicture::make(label->pixmap()));
     }
     if (auto *button = qobject_cast<QAbstractButton *>(w))
         return Value(QtPicture::make(iconPixmap(button->icon(), iconMode(which), button->iconSize())));
-    return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(which));
+    return hostError(HostErrc::NoSuchMember, std::string(which));
 }
 
 SetResult setPicture(QWidget *w, std::string_view which, const Value &value)
@@ -95,7 +95,7 @@ SetResult setPicture(QWidget *w, std::string_view which, const Value &value)
         return typeMismatch();
     if (auto *label = qobject_cast<QLabel *>(w)) {
         if (which != "Picture")
-            return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(which));
+            return hostError(HostErrc::NoSuchMember, std::string(which));
         // Clearing the pixmap of a label that shows text would wipe the text.
         if (!pm.isNull())
             label->setPixmap(pm);
@@ -114,7 +114,7 @@ SetResult setPicture(QWidget *w, std::string_view which, const Value &value)
             button->setIconSize(pm.deviceIndependentSize().toSize());
         return Done{};
     }
-    return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(which));
+    return hostError(HostErrc::NoSuchMember, std::string(which));
 }
 
 GetResult getTabMember(QTabWidget *tabs, std::string_view name)
@@ -136,7 +136,7 @@ GetResult getTabMember(QTabWidget *tabs, std::string_view name)
         return vertical ? Value(static_cast<float>(pixelsToUnits(size.width(), ScaleTwips, Axis::X)))
                         : Value(static_cast<float>(pixelsToUnits(size.height(), ScaleTwips, Axis::Y)));
     }
-    return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(name));
+    return hostError(HostErrc::NoSuchMember, std::string(name));
 }
 
 SetResult setTabMember(QTabWidget *tabs, std::string_view name, const Value &value)
@@ -166,7 +166,7 @@ SetResult setTabMember(QTabWidget *tabs, std::string_view name, const Value &val
         tabs->setProperty(TabMaxWidthProperty, *v);
         return Done{};
     }
-    return hostError(HostErrc::NoSuchMember, "No such property: " + std::string(name));
+    return hostError(HostErrc::NoSuchMember, std::string(name));
 }
 
 void applyTabMaxWidth(QTabWidget *tabs)
