@@ -74,6 +74,18 @@ LoopContender::LoopContender(Form form, bool updatesOff)
 
 LoopContender::~LoopContender() = default;
 
+void LoopContender::prime()
+{
+    if (m_targets.empty())
+        return;
+    const Targets &t = m_targets.begin()->second;
+    for (std::size_t i = m_form.widgets.size(); i-- > 0;) {
+        QFont f = m_form.widgets[i]->font();
+        f.setPointSizeF(t.pointSize[i]);
+        m_form.widgets[i]->setFont(f);
+    }
+}
+
 void LoopContender::resizeTo(double scale)
 {
     m_pending = scale;

@@ -64,6 +64,10 @@ public:
     // What to apply when the form reaches each scale.
     void setTargets(double scale, Targets targets) { m_targets[scale] = std::move(targets); }
     void resizeTo(double scale) override;
+    // Gives every widget a font of its own, innermost first, so that the
+    // first timed round is not the one in which containers' fonts travel
+    // down through everything they hold.
+    void prime();
 
 private:
     class Filter;

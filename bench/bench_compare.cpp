@@ -89,6 +89,8 @@ Field makeField(Shape shape, int count, bool child, bool withGrid)
         f.floor->setTargets(scale, t);
         f.naive->setTargets(scale, t);
     }
+    f.floor->prime();
+    f.naive->prime();
     for (Contender *c : f.all()) {
         if (c != f.velmora.get())
             c->show();
@@ -235,7 +237,11 @@ int main(int argc, char **argv)
     for (int i = 1; i < argc; ++i) {
         if (!std::strcmp(argv[i], "--quick"))
             quick = true;
-        else if (!std::strcmp(argv[i], "--compare") && i + 1 < argc) {
+        else if (!std::strcmp(argv[i], "--memory")) {
+            for (int count : {1000, 3000})
+                std::printf("%5d controls: %.0f bytes each\n", count, bytesPerControl(count));
+            return 0;
+        } else if (!std::strcmp(argv[i], "--compare") && i + 1 < argc) {
             // One comparison only: --compare COUNT [--child]
             const bool child = i + 2 < argc && !std::strcmp(argv[i + 2], "--child");
             Field f = makeField(Shape::Mixed, std::atoi(argv[i + 1]), child, true);

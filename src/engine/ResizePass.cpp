@@ -143,11 +143,14 @@ void ResizeEngine::ResizeControls(HostForm &form)
             SaveControlInfo(*c);
             rec = m_store.info(key);
         }
-        if (!m_store.flags(key))
+        ControlFlags *flags = m_store.flags(key);
+        if (!flags) {
             SaveControlFlags(c.get());
+            flags = m_store.flags(key);
+        }
         if (rec)
             rec->SeenInPass = serial;
-        Entry e{c.get(), rec, m_store.flags(key)};
+        Entry e{c.get(), rec, flags};
         entries.push_back(e);
         if (ScaleGraphics && e.rec)
             detachImageLists(*c, *e.rec);
@@ -289,8 +292,9 @@ void ResizeEngine::scaleControlPictures(HostObject &ctrl, ControlClass &rec, Con
     // Never larger than the control can show (or than the picture was made,
     // for one already cut off at design size): whatever went wrong with a
     // ratio, no pass allocates a picture of gigabytes.
-    const float toTwips = containerIsKind(ctrl, HostKind::Form) ? m_twipsPerUnitX : 1.0f;
-    const float toTwipsY = containerIsKind(ctrl, HostKind::Form) ? m_twipsPerUnitY : 1.0f;
+    const bool onForm = containerIsKind(ctrl, HostKind::Form);
+    const float toTwips = onForm ? m_twipsPerUnitX : 1.0f;
+    const float toTwipsY = onForm ? m_twipsPerUnitY : 1.0f;
     const double showW = static_cast<double>(*width * toTwips), showH = static_cast<double>(*height * toTwipsY);
     const auto scaled = [&](const HostObjectPtr &pic) {
         double x = *xr, y = *yr;

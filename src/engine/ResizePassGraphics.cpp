@@ -61,10 +61,10 @@ void restoreItems(HostObject &ctrl, const char *collection, const char *member, 
 bool ResizeEngine::rebuildWanted(const ControlClass &rec) const
 {
     bool rebuild = false;
-    if (rec.ControlHasImageList && wantsRebuild(m_store, rec.ImageList))
+    if (rec.ControlHasImageList && wantsRebuild(m_store, rec.ImageList()))
         rebuild = true;
     if (rec.ControlHasTwoImageLists
-        && (wantsRebuild(m_store, rec.IconsImageList) || wantsRebuild(m_store, rec.SmallIconsImageList)))
+        && (wantsRebuild(m_store, rec.IconsImageList()) || wantsRebuild(m_store, rec.SmallIconsImageList())))
         rebuild = true;
     return rebuild;
 }
@@ -73,12 +73,12 @@ void ResizeEngine::detachImageLists(HostObject &ctrl, ControlClass &rec)
 {
     if (rec.ControlHasImageList)
         if (auto list = getObject(ctrl, "ImageList"))
-            rec.ImageList = *list;
+            rec.setImageList(*list);
     if (rec.ControlHasTwoImageLists) {
         if (auto list = getObject(ctrl, "Icons"))
-            rec.IconsImageList = *list;
+            rec.setIconsImageList(*list);
         if (auto list = getObject(ctrl, "SmallIcons"))
-            rec.SmallIconsImageList = *list;
+            rec.setSmallIconsImageList(*list);
     }
     if (!rebuildWanted(rec))
         return;
@@ -104,7 +104,7 @@ void ResizeEngine::reattachImageLists(HostObject &ctrl, ControlClass &rec, Contr
 {
     if (rebuildWanted(rec)) {
         if (rec.ControlHasImageList)
-            ctrl.set("ImageList", Value(rec.ImageList));
+            ctrl.set("ImageList", Value(rec.ImageList()));
         if (rec.ControlHasTabs)
             restoreItems(ctrl, "Tabs", "Image", [&](int i) { return rec.TabImage(i); });
         if (rec.ControlHasButtons)
@@ -112,8 +112,8 @@ void ResizeEngine::reattachImageLists(HostObject &ctrl, ControlClass &rec, Contr
         if (rec.ControlHasNodes)
             restoreItems(ctrl, "Nodes", "Image", [&](int i) { return rec.NodeImage(i); });
         if (rec.ControlHasTwoImageLists) {
-            ctrl.set("Icons", Value(rec.IconsImageList));
-            ctrl.set("SmallIcons", Value(rec.SmallIconsImageList));
+            ctrl.set("Icons", Value(rec.IconsImageList()));
+            ctrl.set("SmallIcons", Value(rec.SmallIconsImageList()));
             restoreItems(ctrl, "ListItems", "Icon", [&](int i) { return rec.IconImage(i); });
             restoreItems(ctrl, "ListItems", "SmallIcon", [&](int i) { return rec.SmallIconImage(i); });
         }

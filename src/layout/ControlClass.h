@@ -8,6 +8,7 @@
 #include "layout/Value.h"
 
 #include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -41,7 +42,15 @@ public:
     float FontSize = 0;
     std::string FontName;
     float DayFontSize = 0, GridFontSize = 0, TitleFontSize = 0, HeadFontSize = 0;
-    std::string DayFontName, GridFontName, TitleFontName, HeadFontName;
+    // Recorded only: nothing reads the names back.
+    const std::string &DayFontName() const { return text(&Lists::dayFontName); }
+    void setDayFontName(std::string s) { setText(&Lists::dayFontName, std::move(s)); }
+    const std::string &GridFontName() const { return text(&Lists::gridFontName); }
+    void setGridFontName(std::string s) { setText(&Lists::gridFontName, std::move(s)); }
+    const std::string &TitleFontName() const { return text(&Lists::titleFontName); }
+    void setTitleFontName(std::string s) { setText(&Lists::titleFontName, std::move(s)); }
+    const std::string &HeadFontName() const { return text(&Lists::headFontName); }
+    void setHeadFontName(std::string s) { setText(&Lists::headFontName, std::move(s)); }
     float BorderWidth = 0;
 
     // The object the record was captured from, and the last pass that met it.
@@ -58,7 +67,13 @@ public:
     bool ControlHasImageList = false;
     bool ControlHasTwoImageLists = false;
 
-    HostObjectPtr ImageList, IconsImageList, SmallIconsImageList;
+    // The image lists bound to the control, remembered across a rebuild.
+    const HostObjectPtr &ImageList() const { return object(&Lists::imageList); }
+    void setImageList(HostObjectPtr p) { setObject(&Lists::imageList, std::move(p)); }
+    const HostObjectPtr &IconsImageList() const { return object(&Lists::iconsImageList); }
+    void setIconsImageList(HostObjectPtr p) { setObject(&Lists::iconsImageList, std::move(p)); }
+    const HostObjectPtr &SmallIconsImageList() const { return object(&Lists::smallIconsImageList); }
+    void setSmallIconsImageList(HostObjectPtr p) { setObject(&Lists::smallIconsImageList, std::move(p)); }
     float TabHeight = 0;
     float ButtonWidth = 0, ButtonHeight = 0;
     float ImageListWidth = 0, ImageListHeight = 0;
@@ -67,45 +82,86 @@ public:
 
     // Indexed members. A setter grows its array to hold the index; a getter
     // beyond the array throws std::out_of_range.
-    const Value &TabImage(int i) const { return at(m_tabImage, i); }
-    void setTabImage(int i, Value v) { put(m_tabImage, i, std::move(v)); }
-    const Value &ButtonImage(int i) const { return at(m_buttonImage, i); }
-    void setButtonImage(int i, Value v) { put(m_buttonImage, i, std::move(v)); }
-    const Value &NodeImage(int i) const { return at(m_nodeImage, i); }
-    void setNodeImage(int i, Value v) { put(m_nodeImage, i, std::move(v)); }
-    const Value &IconImage(int i) const { return at(m_iconImage, i); }
-    void setIconImage(int i, Value v) { put(m_iconImage, i, std::move(v)); }
-    const Value &SmallIconImage(int i) const { return at(m_smallIconImage, i); }
-    void setSmallIconImage(int i, Value v) { put(m_smallIconImage, i, std::move(v)); }
+    const Value &TabImage(int i) const { return at(&Lists::tabImage, i); }
+    void setTabImage(int i, Value v) { put(&Lists::tabImage, i, std::move(v)); }
+    const Value &ButtonImage(int i) const { return at(&Lists::buttonImage, i); }
+    void setButtonImage(int i, Value v) { put(&Lists::buttonImage, i, std::move(v)); }
+    const Value &NodeImage(int i) const { return at(&Lists::nodeImage, i); }
+    void setNodeImage(int i, Value v) { put(&Lists::nodeImage, i, std::move(v)); }
+    const Value &IconImage(int i) const { return at(&Lists::iconImage, i); }
+    void setIconImage(int i, Value v) { put(&Lists::iconImage, i, std::move(v)); }
+    const Value &SmallIconImage(int i) const { return at(&Lists::smallIconImage, i); }
+    void setSmallIconImage(int i, Value v) { put(&Lists::smallIconImage, i, std::move(v)); }
 
-    const HostObjectPtr &TabPicture(int i) const { return at(m_tabPicture, i); }
-    void setTabPicture(int i, HostObjectPtr p) { put(m_tabPicture, i, std::move(p)); }
-    const HostObjectPtr &ImageListPicture(int i) const { return at(m_imageListPicture, i); }
-    void setImageListPicture(int i, HostObjectPtr p) { put(m_imageListPicture, i, std::move(p)); }
-    const std::string &ImageListKey(int i) const { return at(m_imageListKey, i); }
-    void setImageListKey(int i, std::string s) { put(m_imageListKey, i, std::move(s)); }
-    const std::string &ImageListTag(int i) const { return at(m_imageListTag, i); }
-    void setImageListTag(int i, std::string s) { put(m_imageListTag, i, std::move(s)); }
+    const HostObjectPtr &TabPicture(int i) const { return at(&Lists::tabPicture, i); }
+    void setTabPicture(int i, HostObjectPtr p) { put(&Lists::tabPicture, i, std::move(p)); }
+    const HostObjectPtr &ImageListPicture(int i) const { return at(&Lists::imageListPicture, i); }
+    void setImageListPicture(int i, HostObjectPtr p) { put(&Lists::imageListPicture, i, std::move(p)); }
+    const std::string &ImageListKey(int i) const { return at(&Lists::imageListKey, i); }
+    void setImageListKey(int i, std::string s) { put(&Lists::imageListKey, i, std::move(s)); }
+    const std::string &ImageListTag(int i) const { return at(&Lists::imageListTag, i); }
+    void setImageListTag(int i, std::string s) { put(&Lists::imageListTag, i, std::move(s)); }
 
 private:
-    template <typename T>
-    static const T &at(const std::vector<T> &v, int i)
+    // Only calendars, tab strips, toolbars, trees, list views and image
+    // lists fill these; most records never allocate them.
+    struct Lists {
+        std::vector<Value> tabImage, buttonImage, nodeImage, iconImage, smallIconImage;
+        std::vector<HostObjectPtr> tabPicture, imageListPicture;
+        std::vector<std::string> imageListKey, imageListTag;
+        std::string dayFontName, gridFontName, titleFontName, headFontName;
+        HostObjectPtr imageList, iconsImageList, smallIconsImageList;
+    };
+
+    const HostObjectPtr &object(HostObjectPtr Lists::*field) const
     {
+        static const HostObjectPtr none;
+        return m_lists ? (*m_lists).*field : none;
+    }
+    void setObject(HostObjectPtr Lists::*field, HostObjectPtr p)
+    {
+        if (!p && !m_lists)
+            return;
+        if (!m_lists)
+            m_lists = std::make_unique<Lists>();
+        (*m_lists).*field = std::move(p);
+    }
+
+    const std::string &text(std::string Lists::*field) const
+    {
+        static const std::string none;
+        return m_lists ? (*m_lists).*field : none;
+    }
+    void setText(std::string Lists::*field, std::string s)
+    {
+        if (s.empty() && !m_lists)
+            return;
+        if (!m_lists)
+            m_lists = std::make_unique<Lists>();
+        (*m_lists).*field = std::move(s);
+    }
+
+    template <typename T>
+    const T &at(std::vector<T> Lists::*list, int i) const
+    {
+        static const std::vector<T> none;
+        const std::vector<T> &v = m_lists ? (*m_lists).*list : none;
         return v.at(static_cast<std::size_t>(i < 0 ? v.size() : static_cast<std::size_t>(i)));
     }
     template <typename T>
-    static void put(std::vector<T> &v, int i, T value)
+    void put(std::vector<T> Lists::*list, int i, T value)
     {
         if (i < 0)
             throw std::out_of_range("negative index");
+        if (!m_lists)
+            m_lists = std::make_unique<Lists>();
+        std::vector<T> &v = (*m_lists).*list;
         if (static_cast<std::size_t>(i) >= v.size())
             v.resize(static_cast<std::size_t>(i) + 1);
         v[static_cast<std::size_t>(i)] = std::move(value);
     }
 
-    std::vector<Value> m_tabImage, m_buttonImage, m_nodeImage, m_iconImage, m_smallIconImage;
-    std::vector<HostObjectPtr> m_tabPicture, m_imageListPicture;
-    std::vector<std::string> m_imageListKey, m_imageListTag;
+    std::unique_ptr<Lists> m_lists;
 };
 
 } // namespace velmora

@@ -50,7 +50,7 @@ bool hasProperty(HostObject &obj, std::string_view name)
 static HostObjectPtr subObject(HostObject &obj, std::string_view objectName)
 {
     auto o = getObject(obj, objectName);
-    return o ? *o : nullptr;
+    return o ? std::move(*o) : nullptr;
 }
 
 std::optional<float> getSubSingle(HostObject &obj, std::string_view objectName, std::string_view sub)

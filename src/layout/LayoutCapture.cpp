@@ -36,12 +36,13 @@ void readGeometry(HostObject &ctrl, ControlClass &rec)
     rec.LastHeight = rec.Height;
 }
 
-void readFont(HostObject &ctrl, const char *font, float &size, std::string &name)
+template <typename SetName>
+void readFont(HostObject &ctrl, const char *font, float &size, SetName setName)
 {
     if (auto s = getSubSingle(ctrl, font, "Size"))
         size = *s;
     if (auto n = getSubText(ctrl, font, "Name"))
-        name = *n;
+        setName(std::move(*n));
 }
 
 int kindOf(HostObject &ctrl)
@@ -178,11 +179,11 @@ void saveControlInfo(LayoutStore &store, HostObject &ctrl, float refScaleWidth, 
         readSingle(ctrl, "ButtonHeight", rec.ButtonHeight);
     }
 
-    readFont(ctrl, "Font", rec.FontSize, rec.FontName);
-    readFont(ctrl, "DayFont", rec.DayFontSize, rec.DayFontName);
-    readFont(ctrl, "GridFont", rec.GridFontSize, rec.GridFontName);
-    readFont(ctrl, "TitleFont", rec.TitleFontSize, rec.TitleFontName);
-    readFont(ctrl, "HeadFont", rec.HeadFontSize, rec.HeadFontName);
+    readFont(ctrl, "Font", rec.FontSize, [&](std::string n) { rec.FontName = std::move(n); });
+    readFont(ctrl, "DayFont", rec.DayFontSize, [&](std::string n) { rec.setDayFontName(std::move(n)); });
+    readFont(ctrl, "GridFont", rec.GridFontSize, [&](std::string n) { rec.setGridFontName(std::move(n)); });
+    readFont(ctrl, "TitleFont", rec.TitleFontSize, [&](std::string n) { rec.setTitleFontName(std::move(n)); });
+    readFont(ctrl, "HeadFont", rec.HeadFontSize, [&](std::string n) { rec.setHeadFontName(std::move(n)); });
     readSingle(ctrl, "BorderWidth", rec.BorderWidth);
 }
 

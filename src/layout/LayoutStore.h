@@ -33,8 +33,10 @@ public:
     std::size_t flagsCount() const { return m_flags.size(); }
 
 private:
-    std::unordered_map<std::string, std::unique_ptr<ControlClass>> m_info;
-    std::unordered_map<std::string, std::unique_ptr<ControlFlags>> m_flags;
+    // Held in the nodes themselves: a node never moves, so the pointers
+    // handed out stay valid until their entry is erased.
+    std::unordered_map<std::string, ControlClass> m_info;
+    std::unordered_map<std::string, ControlFlags> m_flags;
 };
 
 } // namespace velmora

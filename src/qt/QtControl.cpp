@@ -87,11 +87,16 @@ HostError refusedGeometry()
 
 QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
     : m_form(std::move(form))
+    , m_formPtr(m_form.lock().get())
     , m_widget(widget)
-    , m_nameOverride(std::move(name))
     , m_keyedAs(widget ? widget->objectName() : QString())
 {
-    m_name = this->name().toStdString();
+    m_nameOverridden = !name.isEmpty();
+    m_name = (m_nameOverridden ? name : m_keyedAs).toStdString();
+    if (widget)
+        for (int i = 0; i < int(std::size(OptionalMembers)); ++i)
+            if (!classDeclares(widget->metaObject(), OptionalMembers[i]))
+                m_classLacks |= 1u << i;
     static std::uint64_t adapters = 0;
     m_identity = ++adapters;
     if (qobject_cast<VelmoraLine *>(widget))
@@ -112,7 +117,7 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
     if (widget && !widget->inherits("VelmoraControl")) {
         const QSize minimum = widget->minimumSize(), maximum = widget->maximumSize();
         if (!minimum.isNull() || maximum != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
-            m_limits = SizeLimits{widget->size(), minimum, maximum};
+            m_limits = std::make_unique<SizeLimits>(SizeLimits{widget->size(), minimum, maximum});
     }
 }
 
@@ -150,15 +155,15 @@ void QtControl::place(const QRect &rect)
 
 void QtControl::rekey(const QString &nameOverride)
 {
-    m_nameOverride = nameOverride;
     m_keyedAs = m_widget ? m_widget->objectName() : QString();
-    m_name = this->name().toStdString();
+    m_nameOverridden = !nameOverride.isEmpty();
+    m_name = (m_nameOverridden ? nameOverride : m_keyedAs).toStdString();
 }
 
 QString QtControl::name() const
 {
-    if (!m_nameOverride.isEmpty())
-        return m_nameOverride;
+    if (m_nameOverridden)
+        return QString::fromStdString(m_name);
     return m_widget ? m_widget->objectName() : QString();
 }
 
@@ -194,19 +199,20 @@ bool QtControl::geometryManaged(const QWidget *w)
 
 const QtControl::PassState &QtControl::state() const
 {
-    auto form = m_form.lock();
+    QtForm *form = liveForm();
     if (form && form->inPass() && m_state.serial == form->passSerial())
         return m_state;
     PassState s;
     if (form && m_widget) {
         auto container = form->containerOf(m_widget);
-        s.onForm = container.get() == form.get();
+        s.onForm = container.get() == form;
         s.container = container;
-        s.units = s.onForm ? form->formUnits() : form->twipUnits();
+        s.units = s.onForm ? &form->formUnits() : &form->twipUnits();
         s.managed = geometryManaged(m_widget);
         s.serial = form->inPass() ? form->passSerial() : 0;
     } else {
-        s.units = UnitScale::of(ScaleTwips);
+        static const UnitScale twips = UnitScale::of(ScaleTwips);
+        s.units = &twips;
         s.managed = m_widget && geometryManaged(m_widget);
     }
     m_state = std::move(s);
@@ -215,39 +221,35 @@ const QtControl::PassState &QtControl::state() const
 
 void QtControl::willWrite() const
 {
-    if (auto form = m_form.lock())
+    if (QtForm *form = liveForm())
         form->aboutToWrite();
+}
+
+bool QtControl::surelyLacks(std::string_view name) const
+{
+    const int optional = optionalMember(name);
+    return optional >= 0 && (m_classLacks & (1u << optional)) && !hasDynamicProperties(m_widget);
 }
 
 GetResult QtControl::readBridged(std::string_view name)
 {
-    const int optional = optionalMember(name);
-    const unsigned bit = optional >= 0 ? 1u << optional : 0u;
-    if (bit && (state().absent & bit))
+    if (surelyLacks(name))
         return noSuchMember(name);
-    auto r = readQtProperty(m_widget, name);
-    if (bit && !r && r.error().code == HostErrc::NoSuchMember)
-        m_state.absent |= bit;
-    return r;
+    return readQtProperty(m_widget, name);
 }
 
 SetResult QtControl::writeBridged(std::string_view name, const Value &value)
 {
-    const int optional = optionalMember(name);
-    const unsigned bit = optional >= 0 ? 1u << optional : 0u;
-    if (bit && (state().absent & bit))
+    if (surelyLacks(name))
         return noSuchMember(name);
-    auto r = writeQtProperty(m_widget, name, value, [this] { willWrite(); });
-    if (bit && !r && r.error().code == HostErrc::NoSuchMember)
-        m_state.absent |= bit;
-    return r;
+    return writeQtProperty(m_widget, name, value, [this] { willWrite(); });
 }
 
 GetResult QtControl::getEdge(Edge edge) const
 {
     if (!m_widget)
         return hostError(HostErrc::Failed, "The control is gone");
-    const UnitScale &u = state().units;
+    const UnitScale &u = *state().units;
     const QRect g = m_widget->geometry();
     switch (edge) {
     case Edge::Left:
@@ -274,7 +276,7 @@ SetResult QtControl::setEdge(Edge edge, const Value &value)
         return hostError(HostErrc::InvalidValue, "Type mismatch");
     const bool horizontal = edge == Edge::Left || edge == Edge::Width;
     bool ok = false;
-    const int px = st.units.toPixels(*units, horizontal ? Axis::X : Axis::Y, &ok);
+    const int px = st.units->toPixels(*units, horizontal ? Axis::X : Axis::Y, &ok);
     if (!ok)
         return hostError(HostErrc::Arithmetic, "Overflow");
     if ((edge == Edge::Width || edge == Edge::Height) && px < 0)
@@ -313,7 +315,7 @@ SetResult QtControl::move(const std::vector<Value> &args)
     for (int i = 0; i < 4; ++i) {
         const auto v = args[static_cast<std::size_t>(i)].toDouble();
         bool ok = false;
-        px[i] = v ? st.units.toPixels(*v, (i % 2) == 0 ? Axis::X : Axis::Y, &ok) : 0;
+        px[i] = v ? st.units->toPixels(*v, (i % 2) == 0 ? Axis::X : Axis::Y, &ok) : 0;
         if (!ok)
             return hostError(HostErrc::InvalidValue, "Invalid property value");
     }
@@ -330,7 +332,7 @@ GetResult QtControl::lineEnd(std::string_view name) const
         return noSuchMember(name);
     const bool x = name[0] == 'X';
     const QPoint p = name[1] == '1' ? line->p1() : line->p2();
-    return Value(static_cast<float>(state().units.toUnits(x ? p.x() : p.y(), x ? Axis::X : Axis::Y)));
+    return Value(static_cast<float>(state().units->toUnits(x ? p.x() : p.y(), x ? Axis::X : Axis::Y)));
 }
 
 SetResult QtControl::setLineEnd(std::string_view name, const Value &value)
@@ -343,7 +345,7 @@ SetResult QtControl::setLineEnd(std::string_view name, const Value &value)
         return hostError(HostErrc::InvalidValue, "Type mismatch");
     const bool x = name[0] == 'X';
     bool ok = false;
-    const int px = state().units.toPixels(*units, x ? Axis::X : Axis::Y, &ok);
+    const int px = state().units->toPixels(*units, x ? Axis::X : Axis::Y, &ok);
     if (!ok)
         return hostError(HostErrc::Arithmetic, "Overflow");
     QPoint p1 = line->p1(), p2 = line->p2();
@@ -358,8 +360,13 @@ SetResult QtControl::setLineEnd(std::string_view name, const Value &value)
 
 HostObjectPtr QtControl::font(int slot)
 {
-    if (m_fonts[static_cast<std::size_t>(slot)])
-        return m_fonts[static_cast<std::size_t>(slot)];
+    if (slot > 0 && m_kind == Kind::Calendar && !m_calendarFonts)
+        m_calendarFonts = std::make_unique<std::array<HostObjectPtr, 4>>();
+    HostObjectPtr *cached = slot == 0 ? &m_font : m_calendarFonts ? &(*m_calendarFonts)[std::size_t(slot - 1)] : nullptr;
+    if (!cached)
+        return nullptr;
+    if (*cached)
+        return *cached;
     HostObjectPtr made;
     if (slot == 0) {
         made = QtFont::ofWidget(m_widget);
@@ -368,7 +375,7 @@ HostObjectPtr QtControl::font(int slot)
     }
     if (auto *font = dynamic_cast<QtFont *>(made.get()))
         font->deferTo(m_form);
-    m_fonts[static_cast<std::size_t>(slot)] = made;
+    *cached = made;
     return made;
 }
 
@@ -406,14 +413,11 @@ GetResult QtControl::get(std::string_view name)
         return hostError(HostErrc::Failed, "The control is gone");
     const bool line = m_kind == Kind::Line;
     if (name == "Name")
-        return Value(renamed() && m_nameOverride.isEmpty() ? this->name().toStdString() : m_name);
+        return Value(renamed() && !m_nameOverridden ? this->name().toStdString() : m_name);
     if (name == "Index") {
-        constexpr unsigned bit = 1u << 0;
-        if (state().absent & bit)
+        if (surelyLacks(name))
             return noSuchMember(name);
         const QVariant v = propertyIfAny(m_widget, "Index");
-        if (!v.isValid())
-            m_state.absent |= bit;
         bool ok = false;
         const int index = v.toInt(&ok);
         if (!v.isValid() || !ok || index < 0)
@@ -438,7 +442,7 @@ GetResult QtControl::get(std::string_view name)
                                     : Value(static_cast<float>(pixelsToUnits(inner.height(), ScaleTwips, Axis::Y)));
     }
     if (name == "Container") {
-        auto form = m_form.lock();
+        QtForm *form = liveForm();
         if (!form)
             return hostError(HostErrc::Failed, "The form is gone");
         const PassState &st = state();
@@ -564,7 +568,7 @@ GetResult QtControl::call(std::string_view method, const std::vector<Value> &arg
             applyTabMaxWidth(static_cast<QTabWidget *>(m_widget.data()));
         // Within a pass whatever changed repaints once, when the pass ends;
         // what did not change needs no repaint.
-        auto form = m_form.lock();
+        QtForm *form = liveForm();
         if (!form || !form->inPass())
             m_widget->update();
         return Value();

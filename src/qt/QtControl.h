@@ -56,17 +56,20 @@ private:
     // What a pass asks of the widget again and again, taken once per pass
     // (and afresh on every access outside one).
     struct PassState {
-        unsigned serial = 0; // the pass it belongs to; 0 for none
         std::weak_ptr<HostObject> container;
+        const UnitScale *units = nullptr; // of the lengths it is measured in (the form's)
+        unsigned serial = 0; // the pass it belongs to; 0 for none
         bool onForm = true;
         bool managed = false; // its parent decides its geometry
-        UnitScale units;      // of the lengths it is measured in
-        unsigned absent = 0;  // optional members found missing, by optionalMember()
     };
     const PassState &state() const;
     void willWrite() const;
-    // A Q_PROPERTY or dynamic property read or written by name, remembering
-    // for the rest of the pass when the widget has none.
+    // The form, while it exists (checked without taking a reference: this
+    // runs for every access).
+    QtForm *liveForm() const { return m_form.expired() ? nullptr : m_formPtr; }
+    // A Q_PROPERTY or dynamic property read or written by name; the members
+    // most widgets lack fail without a look-up.
+    bool surelyLacks(std::string_view name) const;
     GetResult readBridged(std::string_view name);
     SetResult writeBridged(std::string_view name, const Value &value);
     GetResult getEdge(Edge edge) const;
@@ -82,18 +85,21 @@ private:
     SetResult setBorderWidth(const Value &value);
 
     std::weak_ptr<QtForm> m_form;
+    QtForm *m_formPtr;
     QPointer<QWidget> m_widget;
-    QString m_nameOverride;
     QString m_keyedAs; // the widget's objectName when its key was given
-    std::string m_name; // name(), as the engine reads it
-    Kind m_kind = Kind::Generic;
-    std::array<HostObjectPtr, 5> m_fonts;
+    std::string m_name; // the name the engine reads
+    HostObjectPtr m_font;
+    std::unique_ptr<std::array<HostObjectPtr, 4>> m_calendarFonts; // DayFont ... HeadFont
     struct SizeLimits {
         QSize design, minimum, maximum;
     };
-    std::optional<SizeLimits> m_limits;
+    std::unique_ptr<SizeLimits> m_limits; // only widgets that have limits
     std::uint64_t m_identity; // one per adapter, and an adapter per widget
+    Kind m_kind = Kind::Generic;
+    unsigned m_classLacks = 0; // optional members the widget's class does not declare
     unsigned m_settledInPass = 0; // pass in which its children last measured it
+    bool m_nameOverridden = false; // m_name is a key of our own, not the objectName
     mutable PassState m_state;
 };
 

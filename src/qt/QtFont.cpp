@@ -7,21 +7,54 @@
 
 namespace velmora::qt {
 
+namespace {
+
+class WidgetFont : public QtFont {
+public:
+    explicit WidgetFont(QWidget *widget) : m_widget(widget) {}
+
+protected:
+    std::optional<QFont> read() const override
+    {
+        if (!m_widget)
+            return std::nullopt;
+        return m_widget->font();
+    }
+    bool write(const QFont &font) override
+    {
+        if (!m_widget)
+            return false;
+        m_widget->setFont(font);
+        return true;
+    }
+
+private:
+    QPointer<QWidget> m_widget;
+};
+
+class FunctionFont : public QtFont {
+public:
+    FunctionFont(Getter getter, Setter setter) : m_get(std::move(getter)), m_set(std::move(setter)) {}
+
+protected:
+    std::optional<QFont> read() const override { return m_get(); }
+    bool write(const QFont &font) override { return m_set(font); }
+
+private:
+    Getter m_get;
+    Setter m_set;
+};
+
+} // namespace
+
+std::shared_ptr<QtFont> QtFont::make(Getter getter, Setter setter)
+{
+    return std::make_shared<FunctionFont>(std::move(getter), std::move(setter));
+}
+
 HostObjectPtr QtFont::ofWidget(QWidget *widget)
 {
-    QPointer<QWidget> w = widget;
-    return std::make_shared<QtFont>(
-        [w]() -> std::optional<QFont> {
-            if (!w)
-                return std::nullopt;
-            return w->font();
-        },
-        [w](const QFont &f) {
-            if (!w)
-                return false;
-            w->setFont(f);
-            return true;
-        });
+    return std::make_shared<WidgetFont>(widget);
 }
 
 double QtFont::pointSize(const QFont &f)
@@ -98,7 +131,7 @@ SetResult QtFont::apply(const QFont &font)
             deferral->fontPending(shared_from_this());
         return Done{};
     }
-    if (!m_set(font))
+    if (!write(font))
         return hostError(HostErrc::Failed, "The font could not be applied");
     return Done{};
 }
@@ -110,7 +143,7 @@ std::optional<QFont> QtFont::takePending()
     // Equal but inherited is not the same: the owner must hold its size
     // itself, or its container's next font would reach it.
     if (font)
-        if (const auto now = m_get(); now && *now == *font && (now->resolveMask() & QFont::SizeResolved))
+        if (const auto now = read(); now && *now == *font && (now->resolveMask() & QFont::SizeResolved))
             font.reset();
     return font;
 }

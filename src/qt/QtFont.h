@@ -27,18 +27,20 @@ public:
     virtual void fontPending(std::shared_ptr<QtFont> font) = 0;
 };
 
+// A font read and written through a getter and a setter; ofWidget() gives
+// the lean kind every control has.
 class QtFont : public HostObject, public std::enable_shared_from_this<QtFont> {
 public:
     using Getter = std::function<std::optional<QFont>()>;
     using Setter = std::function<bool(const QFont &)>;
 
-    QtFont(Getter getter, Setter setter) : m_get(std::move(getter)), m_set(std::move(setter)) {}
+    static std::shared_ptr<QtFont> make(Getter getter, Setter setter);
 
     void deferTo(std::weak_ptr<FontDeferral> deferral) { m_deferral = std::move(deferral); }
     // The write held back, cleared; nothing when the owner has that very
     // font set on it already.
     std::optional<QFont> takePending();
-    bool applyNow(const QFont &font) { return m_set(font); }
+    bool applyNow(const QFont &font) { return write(font); }
 
     std::string typeName() const override { return "Font"; }
     GetResult get(std::string_view name) override;
@@ -50,12 +52,15 @@ public:
     // Point size of a font that may have been given in pixels.
     static double pointSize(const QFont &f);
 
+protected:
+    QtFont() = default;
+    virtual std::optional<QFont> read() const = 0;
+    virtual bool write(const QFont &font) = 0;
+
 private:
-    std::optional<QFont> current() const { return m_pending ? m_pending : m_get(); }
+    std::optional<QFont> current() const { return m_pending ? m_pending : read(); }
     SetResult apply(const QFont &font);
 
-    Getter m_get;
-    Setter m_set;
     std::weak_ptr<FontDeferral> m_deferral;
     std::optional<QFont> m_pending;
 };

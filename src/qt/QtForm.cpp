@@ -174,14 +174,18 @@ void QtForm::flushFonts()
         }
 }
 
-UnitScale QtForm::formUnits() const
+const UnitScale &QtForm::formUnits()
 {
-    return m_passDepth > 0 ? m_formUnits : UnitScale::of(scaleMode());
+    if (m_passDepth == 0)
+        m_formUnits = UnitScale::of(scaleMode());
+    return m_formUnits;
 }
 
-UnitScale QtForm::twipUnits() const
+const UnitScale &QtForm::twipUnits()
 {
-    return m_passDepth > 0 ? m_twipUnits : UnitScale::of(ScaleTwips);
+    if (m_passDepth == 0)
+        m_twipUnits = UnitScale::of(ScaleTwips);
+    return m_twipUnits;
 }
 
 GetResult QtForm::get(std::string_view name)

@@ -73,8 +73,8 @@ public:
 
     // The factors for lengths on the form (its ScaleMode) and inside
     // containers (twips); read afresh outside a pass.
-    UnitScale formUnits() const;
-    UnitScale twipUnits() const;
+    const UnitScale &formUnits();
+    const UnitScale &twipUnits();
 
     bool deferringFonts() const override { return m_passDepth > 0; }
     void fontPending(std::shared_ptr<QtFont> font) override { m_pendingFonts.push_back(std::move(font)); }
@@ -102,7 +102,7 @@ private:
     int m_passDepth = 0;
     bool m_updatesOff = false;
     unsigned m_passSerial = 0;
-    UnitScale m_formUnits, m_twipUnits; // as read when the pass began
+    UnitScale m_formUnits, m_twipUnits; // as read when the pass began, or last asked
     std::vector<std::shared_ptr<QtFont>> m_pendingFonts;
 };
 

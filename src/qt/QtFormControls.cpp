@@ -19,6 +19,8 @@
 #include <QTabWidget>
 #include <QToolBox>
 
+#include <unordered_map>
+
 namespace velmora::qt {
 
 namespace {
@@ -68,30 +70,70 @@ void collectActions(const QList<QAction *> &actions, std::vector<QObject *> &out
 
 } // namespace
 
+namespace {
+
+// How the walk treats the children of a widget of some class; learnt once
+// per class, since every pass walks every widget.
+enum class Inside { Controls, TabPages, ToolBoxPages, ScrollContent, Machinery };
+
+Inside insideOf(const QWidget *w)
+{
+    static std::unordered_map<const QMetaObject *, Inside> known;
+    const QMetaObject *mo = w->metaObject();
+    if (auto it = known.find(mo); it != known.end())
+        return it->second;
+    Inside inside = Inside::Controls;
+    if (qobject_cast<const QTabWidget *>(w))
+        inside = Inside::TabPages;
+    else if (qobject_cast<const QToolBox *>(w))
+        inside = Inside::ToolBoxPages;
+    else if (qobject_cast<const QScrollArea *>(w))
+        inside = Inside::ScrollContent;
+    else if (isComposite(w))
+        inside = Inside::Machinery;
+    known.emplace(mo, inside);
+    return inside;
+}
+
+} // namespace
+
 void QtForm::collect(QWidget *parent, std::vector<QWidget *> &out) const
 {
     for (QObject *child : parent->children()) {
-        auto *w = qobject_cast<QWidget *>(child);
-        if (!w || w->isWindow() || isQtInternal(w))
+        if (!child->isWidgetType())
+            continue;
+        auto *w = static_cast<QWidget *>(child);
+        if (w->isWindow() || isQtInternal(w))
             continue;
         out.push_back(w);
         // Pages of tab widgets and tool boxes are not controls; what they
         // hold is.
-        if (auto *tabs = qobject_cast<QTabWidget *>(w)) {
+        switch (insideOf(w)) {
+        case Inside::TabPages: {
+            auto *tabs = static_cast<QTabWidget *>(w);
             for (int i = 0; i < tabs->count(); ++i)
                 if (QWidget *page = tabs->widget(i))
                     collect(page, out);
-        } else if (auto *box = qobject_cast<QToolBox *>(w)) {
+            break;
+        }
+        case Inside::ToolBoxPages: {
+            auto *box = static_cast<QToolBox *>(w);
             for (int i = 0; i < box->count(); ++i)
                 if (QWidget *page = box->widget(i))
                     collect(page, out);
-        } else if (auto *area = qobject_cast<QScrollArea *>(w)) {
-            if (QWidget *content = area->widget(); content && !isQtInternal(content)) {
+            break;
+        }
+        case Inside::ScrollContent:
+            if (QWidget *content = static_cast<QScrollArea *>(w)->widget(); content && !isQtInternal(content)) {
                 out.push_back(content);
                 collect(content, out);
             }
-        } else if (!isComposite(w)) {
+            break;
+        case Inside::Controls:
             collect(w, out);
+            break;
+        case Inside::Machinery:
+            break;
         }
     }
 }
@@ -131,7 +173,8 @@ QString QtForm::uniqueName(QObject *object, const QString &wanted)
             }
         }
     }
-    m_keysInUse.insert(name + suffix, object);
+    // Without a suffix the key shares the objectName's text.
+    m_keysInUse.insert(suffix.isEmpty() ? name : name + suffix, object);
     return name == object->objectName() ? QString() : name;
 }
 

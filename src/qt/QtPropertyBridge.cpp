@@ -101,7 +101,7 @@ GetResult valueFromVariant(const QVariant &v, QObject *owner, std::string_view p
     case QMetaType::QFont: {
         QPointer<QObject> o = owner;
         const QByteArray name(property.data(), static_cast<int>(property.size()));
-        return Value(std::make_shared<QtFont>(
+        return Value(QtFont::make(
             [o, name]() -> std::optional<QFont> {
                 if (!o)
                     return std::nullopt;
@@ -206,6 +206,16 @@ GetResult readQtProperty(QObject *object, std::string_view name)
         return hostError(HostErrc::Failed, "Property is write-only");
     return valueFromVariant(b->prop.isValid() ? b->prop.read(object) : object->property(b->key.constData()),
                             object, name);
+}
+
+bool classDeclares(const QMetaObject *mo, std::string_view name)
+{
+    return propertyIndex(mo, name) >= 0;
+}
+
+bool hasDynamicProperties(const QObject *object)
+{
+    return object && !object->dynamicPropertyNames().isEmpty();
 }
 
 QVariant propertyIfAny(const QObject *object, std::string_view name)

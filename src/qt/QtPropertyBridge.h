@@ -21,6 +21,8 @@ SetResult writeQtProperty(QObject *object, std::string_view name, const Value &v
 // The Q_PROPERTY or dynamic property `name` of object, or an invalid
 // QVariant. Which properties a class declares is learnt once per class.
 QVariant propertyIfAny(const QObject *object, std::string_view name);
+bool classDeclares(const QMetaObject *mo, std::string_view name);
+bool hasDynamicProperties(const QObject *object);
 
 // Conversions between QVariant and host values; a QFont becomes a font
 // object bound to the property it was read from.

@@ -201,7 +201,7 @@ HostObjectPtr calendarFont(QCalendarWidget *calendar, std::string_view slot)
 {
     QPointer<QCalendarWidget> cal = calendar;
     if (slot == "DayFont") {
-        return std::make_shared<QtFont>(
+        return QtFont::make(
             [cal]() -> std::optional<QFont> {
                 if (!cal)
                     return std::nullopt;
