@@ -186,7 +186,13 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
     } else {
         // A control on a hidden page stays on its hidden page.
         const float placedLeft = offPage ? g.L - OffPageOffset : g.L;
-        if (!ctrl.call("Move", {placedLeft, g.T, g.W, g.H})) {
+        // One argument list for every control: a pass allocates nothing here.
+        m_moveArgs.resize(4);
+        m_moveArgs[0] = placedLeft;
+        m_moveArgs[1] = g.T;
+        m_moveArgs[2] = g.W;
+        m_moveArgs[3] = g.H;
+        if (!ctrl.call("Move", m_moveArgs)) {
             trySet(ctrl, "Left", offPage ? Value(static_cast<double>(placedLeft)) : Value(placedLeft));
             trySet(ctrl, "Top", g.T);
             trySet(ctrl, "Width", g.W);

@@ -84,6 +84,7 @@ private:
     // Twips per unit of the form's ScaleMode, read at the start of a pass.
     float m_twipsPerUnitX = 1.0f, m_twipsPerUnitY = 1.0f;
     bool m_pictureBoundSaid = false;
+    std::vector<Value> m_moveArgs;
     bool m_lastPassCollapsed = false;
     PictureScaler m_pictures;
 };

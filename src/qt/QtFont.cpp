@@ -89,46 +89,50 @@ GetResult QtFont::get(std::string_view name)
 
 SetResult QtFont::set(std::string_view name, const Value &value)
 {
-    auto f = current();
-    if (!f)
-        return hostError(HostErrc::Failed, "The font's owner is gone");
+    std::function<void(QFont &)> edit;
     if (name == "Size") {
         const auto size = value.toDouble();
         // QFont ignores sizes it cannot use; refuse them instead so the
         // caller knows the font kept its size.
         if (!size || !(*size > 0) || *size > 16384)
             return hostError(HostErrc::InvalidValue, "Invalid font size");
-        f->setPointSizeF(*size);
+        const double points = *size;
+        edit = [points](QFont &f) { f.setPointSizeF(points); };
     } else if (name == "Name") {
         const auto family = value.toText();
         if (!family || family->empty())
             return hostError(HostErrc::InvalidValue, "Invalid font name");
-        f->setFamily(QString::fromStdString(*family));
+        edit = [family = QString::fromStdString(*family)](QFont &f) { f.setFamily(family); };
     } else if (name == "Bold" || name == "Italic" || name == "Underline" || name == "Strikethrough") {
         const auto on = value.toBool();
         if (!on)
             return hostError(HostErrc::InvalidValue, "Type mismatch");
-        if (name == "Bold")
-            f->setBold(*on);
-        else if (name == "Italic")
-            f->setItalic(*on);
-        else if (name == "Underline")
-            f->setUnderline(*on);
-        else
-            f->setStrikeOut(*on);
+        void (QFont::*setter)(bool) = name == "Bold" ? &QFont::setBold
+            : name == "Italic"                      ? &QFont::setItalic
+            : name == "Underline"                   ? &QFont::setUnderline
+                                                    : &QFont::setStrikeOut;
+        edit = [setter, on = *on](QFont &f) { (f.*setter)(on); };
     } else {
         return noSuchMember(name);
     }
-    return apply(*f);
+    // A write held back already is changed where it is: the shrink and the
+    // real size of one placement cost one copy of the font, not two.
+    if (m_pending) {
+        edit(*m_pending);
+        return Done{};
+    }
+    auto f = read();
+    if (!f)
+        return hostError(HostErrc::Failed, "The font's owner is gone");
+    edit(*f);
+    return apply(std::move(*f));
 }
 
-SetResult QtFont::apply(const QFont &font)
+SetResult QtFont::apply(QFont &&font)
 {
     if (auto deferral = m_deferral.lock(); deferral && deferral->deferringFonts()) {
-        const bool first = !m_pending;
-        m_pending = font;
-        if (first)
-            deferral->fontPending(shared_from_this());
+        m_pending = std::move(font);
+        deferral->fontPending(shared_from_this());
         return Done{};
     }
     if (!write(font))

@@ -59,7 +59,7 @@ protected:
 
 private:
     std::optional<QFont> current() const { return m_pending ? m_pending : read(); }
-    SetResult apply(const QFont &font);
+    SetResult apply(QFont &&font);
 
     std::weak_ptr<FontDeferral> m_deferral;
     std::optional<QFont> m_pending;

@@ -207,6 +207,7 @@ std::vector<HostObjectPtr> QtForm::controls()
         it = it->alive() ? std::next(it) : m_adapters.erase(it);
 
     std::vector<QWidget *> widgets;
+    widgets.reserve(m_adapters.size());
     collect(m_form, widgets);
     std::vector<QObject *> menus;
     collectMenus(menus);
