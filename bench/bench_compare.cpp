@@ -8,7 +8,11 @@
 // the cost per widget from 100 to 10 000 widgets, a deeply nested form, and
 // the heap Velmora holds per control.
 //
-// Run offscreen: scripts/bench.sh (or bench_compare [--quick] [--rounds N]).
+// Run offscreen: scripts/bench.sh, or bench_compare [--rounds N] with one of
+//   --quick               the whole run without the 10 000-widget forms
+//   --compare N [--child] one comparison, with its event counts
+//   --profile SHAPE N     only Velmora's passes (mixed, flat, nested), for a profiler
+//   --memory              only the heap held per control
 #include "BenchForms.h"
 #include "Contenders.h"
 #include "EventCounter.h"
