@@ -209,11 +209,13 @@ const QtControl::PassState &QtControl::state() const
         s.container = container;
         s.units = s.onForm ? &form->formUnits() : &form->twipUnits();
         s.managed = geometryManaged(m_widget);
+        s.dynamicProperties = hasDynamicProperties(m_widget);
         s.serial = form->inPass() ? form->passSerial() : 0;
     } else {
         static const UnitScale twips = UnitScale::of(ScaleTwips);
         s.units = &twips;
         s.managed = m_widget && geometryManaged(m_widget);
+        s.dynamicProperties = hasDynamicProperties(m_widget);
     }
     m_state = std::move(s);
     return m_state;
@@ -228,7 +230,7 @@ void QtControl::willWrite() const
 bool QtControl::surelyLacks(std::string_view name) const
 {
     const int optional = optionalMember(name);
-    return optional >= 0 && (m_classLacks & (1u << optional)) && !hasDynamicProperties(m_widget);
+    return optional >= 0 && (m_classLacks & (1u << optional)) && !state().dynamicProperties;
 }
 
 GetResult QtControl::readBridged(std::string_view name)
@@ -467,8 +469,12 @@ GetResult QtControl::get(std::string_view name)
         return Value(std::move(container));
     }
     if (const int slot = fontSlot(name); slot >= 0 && !line) {
+        // Every pass asks every widget for the calendar's fonts, twice.
+        static_assert(OptionalMembers[1] == FontSlots[1] && OptionalMembers[4] == FontSlots[4]);
+        if (slot > 0 && m_kind != Kind::Calendar && (m_classLacks & (1u << slot)) && !state().dynamicProperties)
+            return noSuchMember(name);
         if (auto f = font(slot))
-            return Value(f);
+            return Value(std::move(f));
         return readBridged(name);
     }
     if (name == "BorderWidth")

@@ -61,6 +61,7 @@ private:
         unsigned serial = 0; // the pass it belongs to; 0 for none
         bool onForm = true;
         bool managed = false; // its parent decides its geometry
+        bool dynamicProperties = false; // the widget has any
     };
     const PassState &state() const;
     void willWrite() const;
