@@ -233,7 +233,7 @@ bool QtControl::surelyLacks(std::string_view name) const
     return optional >= 0 && (m_classLacks & (1u << optional)) && !state().dynamicProperties;
 }
 
-GetResult QtControl::readBridged(std::string_view name)
+GetResult QtControl::readBridged(std::string_view name) const
 {
     if (surelyLacks(name))
         return noSuchMember(name);
@@ -388,7 +388,7 @@ GetResult QtControl::getBorderWidth() const
         if (frame->frameShape() != QFrame::NoFrame)
             return Value(frame->lineWidth());
     }
-    return const_cast<QtControl *>(this)->readBridged("BorderWidth");
+    return readBridged("BorderWidth");
 }
 
 SetResult QtControl::setBorderWidth(const Value &value)
