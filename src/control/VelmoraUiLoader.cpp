@@ -1,8 +1,8 @@
 #include "control/VelmoraUiLoader.h"
 
 #include "control/VelmoraControl.h"
-#include "qt/VelmoraLine.h"
-#include "qt/VelmoraShape.h"
+#include "widgets/VelmoraLine.h"
+#include "widgets/VelmoraShape.h"
 
 VelmoraUiLoader::VelmoraUiLoader(QObject *parent)
     : QUiLoader(parent)

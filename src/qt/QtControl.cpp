@@ -7,7 +7,7 @@
 #include "qt/QtPropertyBridge.h"
 #include "qt/QtUnits.h"
 #include "qt/QtWidgetFeatures.h"
-#include "qt/VelmoraLine.h"
+#include "widgets/VelmoraLine.h"
 
 #include <QAbstractButton>
 #include <QCalendarWidget>

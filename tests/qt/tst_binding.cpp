@@ -5,7 +5,7 @@
 #include "qt/QtControl.h"
 #include "qt/QtForm.h"
 #include "qt/QtPicture.h"
-#include "qt/VelmoraLine.h"
+#include "widgets/VelmoraLine.h"
 
 #include <QCalendarWidget>
 #include <QCheckBox>
