@@ -1,6 +1,7 @@
 #include "control/VelmoraUiLoader.h"
 
 #include "control/VelmoraControl.h"
+#include "widgets/VelmoraImageList.h"
 #include "widgets/VelmoraLine.h"
 #include "widgets/VelmoraShape.h"
 
@@ -11,7 +12,8 @@ VelmoraUiLoader::VelmoraUiLoader(QObject *parent)
 
 QStringList VelmoraUiLoader::velmoraClasses()
 {
-    return {QStringLiteral("VelmoraLine"), QStringLiteral("VelmoraShape"), QStringLiteral("VelmoraControl")};
+    return {QStringLiteral("VelmoraLine"), QStringLiteral("VelmoraShape"), QStringLiteral("VelmoraImageList"),
+            QStringLiteral("VelmoraControl")};
 }
 
 QWidget *VelmoraUiLoader::createWidget(const QString &className, QWidget *parent, const QString &name)
@@ -21,6 +23,8 @@ QWidget *VelmoraUiLoader::createWidget(const QString &className, QWidget *parent
         w = new VelmoraLine(parent);
     else if (className == QLatin1String("VelmoraShape"))
         w = new VelmoraShape(parent);
+    else if (className == QLatin1String("VelmoraImageList"))
+        w = new VelmoraImageList(parent);
     else if (className == QLatin1String("VelmoraControl"))
         w = new VelmoraControl(parent);
     else

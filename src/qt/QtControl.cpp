@@ -7,6 +7,8 @@
 #include "qt/QtPropertyBridge.h"
 #include "qt/QtUnits.h"
 #include "qt/QtWidgetFeatures.h"
+#include "qt/QtImageList.h"
+#include "widgets/VelmoraImageList.h"
 #include "widgets/VelmoraLine.h"
 
 #include <QAbstractButton>
@@ -101,6 +103,8 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
     m_identity = ++adapters;
     if (qobject_cast<VelmoraLine *>(widget))
         m_kind = Kind::Line;
+    else if (qobject_cast<VelmoraImageList *>(widget))
+        m_kind = Kind::ImageList;
     else if (qobject_cast<QTabWidget *>(widget))
         m_kind = Kind::TabWidget;
     else if (qobject_cast<QCalendarWidget *>(widget))
@@ -174,6 +178,8 @@ std::string QtControl::typeName() const
         return "SSTab";
     case Kind::Line:
         return "Line";
+    case Kind::ImageList:
+        return "ImageList";
     default:
         return m_widget ? m_widget->metaObject()->className() : "Nothing";
     }
@@ -479,6 +485,8 @@ GetResult QtControl::get(std::string_view name)
     }
     if (name == "BorderWidth")
         return getBorderWidth();
+    if (m_kind == Kind::ImageList && name == "ListImages")
+        return Value(HostObjectPtr(std::make_shared<QtImageList>(static_cast<VelmoraImageList *>(m_widget.data()))));
     if (name == "Visible")
         return Value(m_widget->isVisibleTo(m_widget->parentWidget()));
     if (name == "Enabled")

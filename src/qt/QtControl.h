@@ -50,7 +50,7 @@ public:
     static bool geometryManaged(const QWidget *w);
 
 private:
-    enum class Kind { Generic, Label, Button, TabWidget, Frame, Line, Calendar };
+    enum class Kind { Generic, Label, Button, TabWidget, Frame, Line, Calendar, ImageList };
     enum class Edge { Left, Top, Width, Height };
 
     // What a pass asks of the widget again and again, taken once per pass

@@ -4,9 +4,39 @@
 
 namespace velmora::qt {
 
+QtPicture::QtPicture(QIcon icon)
+    : m_icon(std::move(icon))
+{
+    // Measured at the largest size the icon has.
+    QSize largest;
+    for (const QSize &s : m_icon.availableSizes())
+        if (s.width() * s.height() > largest.width() * largest.height())
+            largest = s;
+    if (!largest.isEmpty())
+        m_pixmap = m_icon.pixmap(largest);
+}
+
 HostObjectPtr QtPicture::make(const QPixmap &pixmap)
 {
     return std::make_shared<QtPicture>(pixmap);
+}
+
+HostObjectPtr QtPicture::make(const QIcon &icon)
+{
+    return std::make_shared<QtPicture>(icon);
+}
+
+bool QtPicture::iconFromValue(const Value &value, QIcon &out)
+{
+    if (auto *pic = dynamic_cast<QtPicture *>(value.toObject().get()); pic && !pic->m_icon.isNull()) {
+        out = pic->m_icon;
+        return true;
+    }
+    QPixmap pm;
+    if (!fromValue(value, pm))
+        return false;
+    out = pm.isNull() ? QIcon() : QIcon(pm);
+    return true;
 }
 
 bool QtPicture::fromValue(const Value &value, QPixmap &out)

@@ -1,0 +1,229 @@
+#include "VelmoraImageList.h"
+
+#include <QImageReader>
+#include <QWindow>
+
+#include <vector>
+
+namespace {
+
+struct Image {
+    QString key;
+    QString tag;
+    QIcon icon;
+    QString source; // what Images named it by, if it came from there
+};
+
+QIcon iconFrom(const QString &source)
+{
+    // QIcon reads its file lazily; ask now, so a wrong path is said once,
+    // when it is set.
+    if (!QImageReader(source).canRead()) {
+        qWarning("VelmoraImageList: cannot read image \"%s\"", qPrintable(source));
+        return QIcon();
+    }
+    return QIcon(source);
+}
+
+} // namespace
+
+class VelmoraImageListPrivate {
+public:
+    std::vector<Image> images;
+    QStringList keys; // as Designer gave them, by position
+    int width = 16, height = 16;
+
+    bool keyTaken(const QString &key, int except = -1) const
+    {
+        if (key.isEmpty())
+            return false;
+        for (int i = 0; i < int(images.size()); ++i)
+            if (i != except && images[std::size_t(i)].key == key)
+                return true;
+        return false;
+    }
+    void applyKeys()
+    {
+        for (int i = 0; i < int(images.size()); ++i) {
+            const QString key = i < keys.size() ? keys.at(i) : QString();
+            if (keyTaken(key, i)) {
+                qWarning("VelmoraImageList: key \"%s\" is used twice; image %d keeps no key", qPrintable(key), i + 1);
+                images[std::size_t(i)].key.clear();
+            } else {
+                images[std::size_t(i)].key = key;
+            }
+        }
+    }
+};
+
+VelmoraImageList::VelmoraImageList(QWidget *parent)
+    : QWidget(parent)
+    , d(std::make_unique<VelmoraImageListPrivate>())
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    QWidget::setVisible(false);
+}
+
+VelmoraImageList::~VelmoraImageList() = default;
+
+void VelmoraImageList::setVisible(bool)
+{
+    // A list of images has nothing to show on the form.
+    QWidget::setVisible(false);
+}
+
+QSize VelmoraImageList::sizeHint() const
+{
+    return QSize(32, 32);
+}
+
+int VelmoraImageList::count() const
+{
+    return int(d->images.size());
+}
+
+void VelmoraImageList::clear()
+{
+    if (d->images.empty())
+        return;
+    d->images.clear();
+    Q_EMIT imagesChanged();
+}
+
+int VelmoraImageList::add(const QIcon &picture, const QString &key, int before)
+{
+    if (d->keyTaken(key))
+        return -1;
+    const int at = before < 0 || before > count() ? count() : before;
+    d->images.insert(d->images.begin() + at, Image{key, QString(), picture, QString()});
+    Q_EMIT imagesChanged();
+    return at;
+}
+
+int VelmoraImageList::add(const QPixmap &picture, const QString &key, int before)
+{
+    return add(picture.isNull() ? QIcon() : QIcon(picture), key, before);
+}
+
+bool VelmoraImageList::remove(int index)
+{
+    if (index < 0 || index >= count())
+        return false;
+    d->images.erase(d->images.begin() + index);
+    Q_EMIT imagesChanged();
+    return true;
+}
+
+int VelmoraImageList::indexOf(const QString &key) const
+{
+    if (key.isEmpty())
+        return -1;
+    for (int i = 0; i < count(); ++i)
+        if (d->images[std::size_t(i)].key == key)
+            return i;
+    return -1;
+}
+
+QString VelmoraImageList::key(int index) const
+{
+    return index >= 0 && index < count() ? d->images[std::size_t(index)].key : QString();
+}
+
+QString VelmoraImageList::tag(int index) const
+{
+    return index >= 0 && index < count() ? d->images[std::size_t(index)].tag : QString();
+}
+
+void VelmoraImageList::setTag(int index, const QString &tag)
+{
+    if (index >= 0 && index < count())
+        d->images[std::size_t(index)].tag = tag;
+}
+
+QIcon VelmoraImageList::icon(int index) const
+{
+    return index >= 0 && index < count() ? d->images[std::size_t(index)].icon : QIcon();
+}
+
+QPixmap VelmoraImageList::pixmap(int index) const
+{
+    const QIcon picture = icon(index);
+    if (picture.isNull())
+        return QPixmap();
+    // Rendered for the screen the form is on, so icons stay sharp at any
+    // device pixel ratio; stretched to the list's size like any image list.
+    const QWindow *window = this->window() ? this->window()->windowHandle() : nullptr;
+    const qreal dpr = window ? window->devicePixelRatio() : devicePixelRatioF();
+    const QSize logical = imageSize();
+    QPixmap best = picture.pixmap(logical, dpr);
+    const QSize device = (QSizeF(logical) * dpr).toSize();
+    if (best.size() != device)
+        best = best.scaled(device, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    best.setDevicePixelRatio(dpr);
+    return best;
+}
+
+int VelmoraImageList::imageWidth() const
+{
+    return d->width;
+}
+
+void VelmoraImageList::setImageWidth(int width)
+{
+    width = qBound(1, width, 4096);
+    if (width == d->width)
+        return;
+    d->width = width;
+    Q_EMIT imagesChanged();
+}
+
+int VelmoraImageList::imageHeight() const
+{
+    return d->height;
+}
+
+void VelmoraImageList::setImageHeight(int height)
+{
+    height = qBound(1, height, 4096);
+    if (height == d->height)
+        return;
+    d->height = height;
+    Q_EMIT imagesChanged();
+}
+
+QStringList VelmoraImageList::images() const
+{
+    QStringList sources;
+    for (const Image &image : d->images)
+        sources << image.source;
+    return sources;
+}
+
+void VelmoraImageList::setImages(const QStringList &sources)
+{
+    d->images.clear();
+    for (const QString &source : sources)
+        d->images.push_back(Image{QString(), QString(), source.isEmpty() ? QIcon() : iconFrom(source), source});
+    d->applyKeys();
+    Q_EMIT imagesChanged();
+}
+
+QStringList VelmoraImageList::imageKeys() const
+{
+    QStringList keys;
+    for (const Image &image : d->images)
+        keys << image.key;
+    // Keys given for images not there yet are kept for when they come.
+    for (int i = keys.size(); i < d->keys.size(); ++i)
+        keys << d->keys.at(i);
+    while (!keys.isEmpty() && keys.last().isEmpty())
+        keys.removeLast();
+    return keys;
+}
+
+void VelmoraImageList::setImageKeys(const QStringList &keys)
+{
+    d->keys = keys;
+    d->applyKeys();
+    Q_EMIT imagesChanged();
+}
