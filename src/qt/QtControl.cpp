@@ -12,6 +12,11 @@
 #include "widgets/VelmoraLine.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QListView>
+#include <QStyle>
+#include <QTabBar>
+#include <QToolBar>
 #include <QCalendarWidget>
 #include <QFrame>
 #include <QLabel>
@@ -80,6 +85,24 @@ int scaledMaximum(int limit, int placed, int design)
     return qBound(placed, qRound(qMin(scaled, double(QWIDGETSIZE_MAX))), QWIDGETSIZE_MAX);
 }
 
+// The icon size of a widget that draws its items' icons (views, toolbars,
+// tab bars), as it is in effect; invalid for any other widget.
+QSize itemIconSize(QWidget *w)
+{
+    if (auto *view = qobject_cast<QAbstractItemView *>(w)) {
+        if (view->iconSize().isValid())
+            return view->iconSize();
+        auto *list = qobject_cast<QListView *>(w);
+        const auto metric = list && list->viewMode() == QListView::IconMode ? QStyle::PM_IconViewIconSize
+                                                                             : QStyle::PM_SmallIconSize;
+        const int side = w->style()->pixelMetric(metric, nullptr, w);
+        return QSize(side, side);
+    }
+    if (qobject_cast<QToolBar *>(w) || qobject_cast<QTabBar *>(w))
+        return w->property("iconSize").toSize();
+    return QSize();
+}
+
 HostError refusedGeometry()
 {
     return hostError(HostErrc::ReadOnly, "The control's geometry is managed by its parent");
@@ -121,25 +144,43 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
     if (widget && !widget->inherits("VelmoraControl")) {
         const QSize minimum = widget->minimumSize(), maximum = widget->maximumSize();
         if (!minimum.isNull() || maximum != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
-            m_limits = std::make_unique<SizeLimits>(SizeLimits{widget->size(), minimum, maximum});
+            m_design = std::make_unique<Design>(Design{widget->size(), minimum, maximum, true, QSize()});
+        if (const QSize icons = itemIconSize(widget); icons.isValid()) {
+            if (!m_design)
+                m_design = std::make_unique<Design>(Design{widget->size(), QSize(), QSize(), false, QSize()});
+            m_design->iconSize = icons;
+        }
+    }
+}
+
+void QtControl::scaleIconSize()
+{
+    const Design &d = *m_design;
+    if (d.size.width() <= 0 || d.size.height() <= 0)
+        return;
+    const double ratio = qMin(double(m_widget->width()) / d.size.width(), double(m_widget->height()) / d.size.height());
+    const QSize scaled(qMax(1, qRound(d.iconSize.width() * ratio)), qMax(1, qRound(d.iconSize.height() * ratio)));
+    if (m_widget->property("iconSize").toSize() != scaled) {
+        willWrite();
+        m_widget->setProperty("iconSize", scaled);
     }
 }
 
 void QtControl::place(const QRect &rect)
 {
-    if (!m_limits) {
+    if (!m_design || !m_design->limits) {
         if (m_widget->geometry() != rect) {
             willWrite();
             m_widget->setGeometry(rect);
         }
         return;
     }
-    const SizeLimits &l = *m_limits;
+    const Design &l = *m_design;
     const QSize placed = rect.size().expandedTo(QSize(0, 0));
-    const QSize minimum(scaledMinimum(l.minimum.width(), placed.width(), l.design.width()),
-                        scaledMinimum(l.minimum.height(), placed.height(), l.design.height()));
-    const QSize maximum(scaledMaximum(l.maximum.width(), placed.width(), l.design.width()),
-                        scaledMaximum(l.maximum.height(), placed.height(), l.design.height()));
+    const QSize minimum(scaledMinimum(l.minimum.width(), placed.width(), l.size.width()),
+                        scaledMinimum(l.minimum.height(), placed.height(), l.size.height()));
+    const QSize maximum(scaledMaximum(l.maximum.width(), placed.width(), l.size.width()),
+                        scaledMaximum(l.maximum.height(), placed.height(), l.size.height()));
     // Loosen the limits around both the present and the new size first, so
     // that no limit clamps the move and setting one never resizes by itself.
     const QSize now = m_widget->size();
@@ -536,6 +577,8 @@ SetResult QtControl::set(std::string_view name, const Value &value)
             m_widget->setEnabled(*on);
         return Done{};
     }
+    if (name == "Picture" && m_design && m_design->iconSize.isValid())
+        scaleIconSize(); // the picture step of a widget whose items have icons
     if (name == "Picture" || name == "DownPicture" || name == "DisabledPicture") {
         if (m_kind == Kind::Label || m_kind == Kind::Button) {
             willWrite();

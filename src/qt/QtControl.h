@@ -92,10 +92,17 @@ private:
     std::string m_name; // the name the engine reads
     HostObjectPtr m_font;
     std::unique_ptr<std::array<HostObjectPtr, 4>> m_calendarFonts; // DayFont ... HeadFont
-    struct SizeLimits {
-        QSize design, minimum, maximum;
+    // What only some widgets have at design time: explicit size limits, and
+    // the icon size of a widget that shows icons of its items.
+    struct Design {
+        QSize size, minimum, maximum;
+        bool limits = false;
+        QSize iconSize; // invalid: not such a widget
     };
-    std::unique_ptr<SizeLimits> m_limits; // only widgets that have limits
+    std::unique_ptr<Design> m_design;
+    // Icons of items (view rows, toolbar actions, tabs) are drawn from their
+    // QIcons at the widget's icon size: scaling that size scales them, sharp.
+    void scaleIconSize();
     std::uint64_t m_identity; // one per adapter, and an adapter per widget
     Kind m_kind = Kind::Generic;
     unsigned m_classLacks = 0; // optional members the widget's class does not declare

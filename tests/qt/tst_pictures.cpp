@@ -1,6 +1,12 @@
 // The picture functions on real pixmaps, and the form picture drawn under
 // the form's children.
 #include "control/VelmoraControl.h"
+#include "control/VelmoraControl_p.h"
+
+#include <QListWidget>
+#include <QTabBar>
+#include <QToolBar>
+#include <QTreeWidget>
 
 #include <QLabel>
 #include <QPainter>
@@ -44,6 +50,8 @@ private Q_SLOTS:
     void scaledPicturesStayTransparent();
     void wideFormsFitTheirPicture();
     void picturesNeverOutgrowTheirControl();
+    void itemIconsFollowTheControl_data();
+    void itemIconsFollowTheControl();
 };
 
 void tst_Pictures::scale_data()
@@ -179,6 +187,95 @@ void tst_Pictures::picturesNeverOutgrowTheirControl()
         QCoreApplication::sendPostedEvents();
         // No larger than the label, or than the picture was made.
         QCOMPARE(label->pixmap().size(), QSize(100, 100));
+    }
+}
+
+void tst_Pictures::itemIconsFollowTheControl_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<bool>("scaleGraphics");
+    QTest::addColumn<bool>("dontScaleGraphic");
+    QTest::newRow("icon view, four times the size") << "list" << 4.0 << true << false;
+    QTest::newRow("icon view, half the size") << "list" << 0.5 << true << false;
+    QTest::newRow("tree with the style's icon size, twice") << "tree" << 2.0 << true << false;
+    QTest::newRow("toolbar, twice") << "toolbar" << 2.0 << true << false;
+    QTest::newRow("tab bar, half") << "tabs" << 0.5 << true << false;
+    QTest::newRow("icon view marked DontScaleGraphic") << "list" << 4.0 << true << true;
+    QTest::newRow("icon view, ScaleGraphics off") << "list" << 4.0 << false << false;
+}
+
+void tst_Pictures::itemIconsFollowTheControl()
+{
+    QFETCH(QString, kind);
+    QFETCH(double, scale);
+    QFETCH(bool, scaleGraphics);
+    QFETCH(bool, dontScaleGraphic);
+    // A small red and a large blue version of one icon: which one is drawn
+    // shows whether the icon was rendered anew at the scaled size.
+    QIcon icon;
+    QPixmap red(16, 16), blue(64, 64);
+    red.fill(Qt::red);
+    blue.fill(Qt::blue);
+    icon.addPixmap(red);
+    icon.addPixmap(blue);
+
+    QWidget form;
+    form.resize(300, 200);
+    QWidget *control = nullptr;
+    if (kind == QLatin1String("list")) {
+        auto *list = new QListWidget(&form);
+        list->setViewMode(QListView::IconMode);
+        list->setIconSize(QSize(16, 16));
+        list->addItem(new QListWidgetItem(icon, QString()));
+        control = list;
+    } else if (kind == QLatin1String("tree")) {
+        auto *tree = new QTreeWidget(&form);
+        auto *item = new QTreeWidgetItem(tree);
+        item->setIcon(0, icon);
+        control = tree;
+    } else if (kind == QLatin1String("toolbar")) {
+        auto *bar = new QToolBar(&form);
+        bar->setIconSize(QSize(24, 24));
+        bar->addAction(icon, QStringLiteral("Go"));
+        control = bar;
+    } else {
+        auto *tabs = new QTabBar(&form);
+        tabs->addTab(icon, QStringLiteral("One"));
+        control = tabs;
+    }
+    control->setObjectName(QStringLiteral("control"));
+    control->setGeometry(10, 10, 100, 80);
+    const QSize design = control->property("iconSize").toSize().isValid()
+        ? control->property("iconSize").toSize()
+        : QSize(control->style()->pixelMetric(QStyle::PM_SmallIconSize), control->style()->pixelMetric(QStyle::PM_SmallIconSize));
+    auto *velmora = new VelmoraControl(&form);
+    velmora->setResizeOnMouseUp(false);
+    velmora->setScaleGraphics(scaleGraphics);
+    form.show();
+    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));
+    auto *d = VelmoraControlPrivate::get(velmora);
+    d->engine.store().flags("control")->DontScaleGraphic = dontScaleGraphic;
+
+    form.resize(qRound(300 * scale), qRound(200 * scale));
+    QCoreApplication::sendPostedEvents(&d->driver);
+    const bool scaled = scaleGraphics && !dontScaleGraphic;
+    const QSize expected = scaled ? design * scale : design;
+    const QSize now = control->property("iconSize").toSize();
+    QVERIFY2(qAbs(now.width() - expected.width()) <= 1 && qAbs(now.height() - expected.height()) <= 1,
+             qPrintable(QStringLiteral("icon size %1x%2, expected %3x%4")
+                            .arg(now.width()).arg(now.height()).arg(expected.width()).arg(expected.height())));
+    if (kind == QLatin1String("list")) {
+        // Drawn from the icon at the new size: the large version, whole.
+        const QImage shot = control->grab().toImage();
+        int blues = 0;
+        for (int y = 0; y < shot.height(); ++y)
+            for (int x = 0; x < shot.width(); ++x)
+                blues += shot.pixelColor(x, y) == QColor(Qt::blue);
+        if (scaled && scale > 1)
+            QVERIFY2(blues >= 60 * 60, qPrintable(QString::number(blues)));
+        else
+            QCOMPARE(blues, 0);
     }
 }
 
