@@ -43,14 +43,14 @@ public:
     std::string FontName;
     float DayFontSize = 0, GridFontSize = 0, TitleFontSize = 0, HeadFontSize = 0;
     // Recorded only: nothing reads the names back.
-    const std::string &DayFontName() const { return text(&Lists::dayFontName); }
-    void setDayFontName(std::string s) { setText(&Lists::dayFontName, std::move(s)); }
-    const std::string &GridFontName() const { return text(&Lists::gridFontName); }
-    void setGridFontName(std::string s) { setText(&Lists::gridFontName, std::move(s)); }
-    const std::string &TitleFontName() const { return text(&Lists::titleFontName); }
-    void setTitleFontName(std::string s) { setText(&Lists::titleFontName, std::move(s)); }
-    const std::string &HeadFontName() const { return text(&Lists::headFontName); }
-    void setHeadFontName(std::string s) { setText(&Lists::headFontName, std::move(s)); }
+    const std::string &DayFontName() const { return field(&Lists::dayFontName); }
+    void setDayFontName(std::string s) { setField(&Lists::dayFontName, std::move(s)); }
+    const std::string &GridFontName() const { return field(&Lists::gridFontName); }
+    void setGridFontName(std::string s) { setField(&Lists::gridFontName, std::move(s)); }
+    const std::string &TitleFontName() const { return field(&Lists::titleFontName); }
+    void setTitleFontName(std::string s) { setField(&Lists::titleFontName, std::move(s)); }
+    const std::string &HeadFontName() const { return field(&Lists::headFontName); }
+    void setHeadFontName(std::string s) { setField(&Lists::headFontName, std::move(s)); }
     float BorderWidth = 0;
 
     // The object the record was captured from, and the last pass that met it.
@@ -68,12 +68,12 @@ public:
     bool ControlHasTwoImageLists = false;
 
     // The image lists bound to the control, remembered across a rebuild.
-    const HostObjectPtr &ImageList() const { return object(&Lists::imageList); }
-    void setImageList(HostObjectPtr p) { setObject(&Lists::imageList, std::move(p)); }
-    const HostObjectPtr &IconsImageList() const { return object(&Lists::iconsImageList); }
-    void setIconsImageList(HostObjectPtr p) { setObject(&Lists::iconsImageList, std::move(p)); }
-    const HostObjectPtr &SmallIconsImageList() const { return object(&Lists::smallIconsImageList); }
-    void setSmallIconsImageList(HostObjectPtr p) { setObject(&Lists::smallIconsImageList, std::move(p)); }
+    const HostObjectPtr &ImageList() const { return field(&Lists::imageList); }
+    void setImageList(HostObjectPtr p) { setField(&Lists::imageList, std::move(p)); }
+    const HostObjectPtr &IconsImageList() const { return field(&Lists::iconsImageList); }
+    void setIconsImageList(HostObjectPtr p) { setField(&Lists::iconsImageList, std::move(p)); }
+    const HostObjectPtr &SmallIconsImageList() const { return field(&Lists::smallIconsImageList); }
+    void setSmallIconsImageList(HostObjectPtr p) { setField(&Lists::smallIconsImageList, std::move(p)); }
     float TabHeight = 0;
     float ButtonWidth = 0, ButtonHeight = 0;
     float ImageListWidth = 0, ImageListHeight = 0;
@@ -113,32 +113,22 @@ private:
         HostObjectPtr imageList, iconsImageList, smallIconsImageList;
     };
 
-    const HostObjectPtr &object(HostObjectPtr Lists::*field) const
+    // A single member of the rarely used part; setting it to its empty
+    // value allocates nothing.
+    template <typename T>
+    const T &field(T Lists::*member) const
     {
-        static const HostObjectPtr none;
-        return m_lists ? (*m_lists).*field : none;
+        static const T none{};
+        return m_lists ? (*m_lists).*member : none;
     }
-    void setObject(HostObjectPtr Lists::*field, HostObjectPtr p)
+    template <typename T>
+    void setField(T Lists::*member, T value)
     {
-        if (!p && !m_lists)
+        if (value == T{} && !m_lists)
             return;
         if (!m_lists)
             m_lists = std::make_unique<Lists>();
-        (*m_lists).*field = std::move(p);
-    }
-
-    const std::string &text(std::string Lists::*field) const
-    {
-        static const std::string none;
-        return m_lists ? (*m_lists).*field : none;
-    }
-    void setText(std::string Lists::*field, std::string s)
-    {
-        if (s.empty() && !m_lists)
-            return;
-        if (!m_lists)
-            m_lists = std::make_unique<Lists>();
-        (*m_lists).*field = std::move(s);
+        (*m_lists).*member = std::move(value);
     }
 
     template <typename T>

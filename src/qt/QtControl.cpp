@@ -274,10 +274,15 @@ void QtControl::willWrite() const
         form->aboutToWrite();
 }
 
+bool QtControl::lacksOptional(int member) const
+{
+    return (m_classLacks & (1u << member)) && !state().dynamicProperties;
+}
+
 bool QtControl::surelyLacks(std::string_view name) const
 {
     const int optional = optionalMember(name);
-    return optional >= 0 && (m_classLacks & (1u << optional)) && !state().dynamicProperties;
+    return optional >= 0 && lacksOptional(optional);
 }
 
 GetResult QtControl::readBridged(std::string_view name) const
@@ -518,7 +523,7 @@ GetResult QtControl::get(std::string_view name)
     if (const int slot = fontSlot(name); slot >= 0 && !line) {
         // Every pass asks every widget for the calendar's fonts, twice.
         static_assert(OptionalMembers[1] == FontSlots[1] && OptionalMembers[4] == FontSlots[4]);
-        if (slot > 0 && m_kind != Kind::Calendar && (m_classLacks & (1u << slot)) && !state().dynamicProperties)
+        if (slot > 0 && m_kind != Kind::Calendar && lacksOptional(slot))
             return noSuchMember(name);
         if (auto f = font(slot))
             return Value(std::move(f));

@@ -71,6 +71,7 @@ private:
     // A Q_PROPERTY or dynamic property read or written by name; the members
     // most widgets lack fail without a look-up.
     bool surelyLacks(std::string_view name) const;
+    bool lacksOptional(int member) const; // by its place in the optional members
     GetResult readBridged(std::string_view name) const;
     SetResult writeBridged(std::string_view name, const Value &value);
     GetResult getEdge(Edge edge) const;

@@ -170,10 +170,15 @@ int VelmoraImageList::imageWidth() const
 
 void VelmoraImageList::setImageWidth(int width)
 {
-    width = qBound(1, width, 4096);
-    if (width == d->width)
+    setSide(d->width, width);
+}
+
+void VelmoraImageList::setSide(int &side, int pixels)
+{
+    pixels = qBound(1, pixels, 4096);
+    if (pixels == side)
         return;
-    d->width = width;
+    side = pixels;
     Q_EMIT imagesChanged();
 }
 
@@ -184,11 +189,7 @@ int VelmoraImageList::imageHeight() const
 
 void VelmoraImageList::setImageHeight(int height)
 {
-    height = qBound(1, height, 4096);
-    if (height == d->height)
-        return;
-    d->height = height;
-    Q_EMIT imagesChanged();
+    setSide(d->height, height);
 }
 
 QStringList VelmoraImageList::images() const

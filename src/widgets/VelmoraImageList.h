@@ -76,5 +76,7 @@ Q_SIGNALS:
     void imagesChanged();
 
 private:
+    void setSide(int &side, int pixels);
+
     std::unique_ptr<VelmoraImageListPrivate> d;
 };
