@@ -100,6 +100,8 @@ QSize itemIconSize(QWidget *w)
     }
     if (qobject_cast<QToolBar *>(w) || qobject_cast<QTabBar *>(w))
         return w->property("iconSize").toSize();
+    if (auto *button = qobject_cast<QAbstractButton *>(w); button && !button->icon().isNull())
+        return button->iconSize();
     return QSize();
 }
 
@@ -155,6 +157,8 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
 
 void QtControl::scaleIconSize()
 {
+    if (showsListImages())
+        return; // its list is rebuilt at the new size, and sets it
     const Design &d = *m_design;
     if (d.size.width() <= 0 || d.size.height() <= 0)
         return;
@@ -547,6 +551,8 @@ GetResult QtControl::get(std::string_view name)
         if (auto r = getTabMember(static_cast<QTabWidget *>(m_widget.data()), name);
             r || r.error().code != HostErrc::NoSuchMember)
             return r;
+    if (auto r = getItemMember(name))
+        return std::move(*r);
     return readBridged(name);
 }
 
@@ -585,6 +591,10 @@ SetResult QtControl::set(std::string_view name, const Value &value)
     if (name == "Picture" && m_design && m_design->iconSize.isValid())
         scaleIconSize(); // the picture step of a widget whose items have icons
     if (name == "Picture" || name == "DownPicture" || name == "DisabledPicture") {
+        // Within a pass a button's icon stays whole, every size and mode of
+        // it: its icon size is what scales.
+        if (m_kind == Kind::Button && m_design && m_design->iconSize.isValid() && liveForm() && liveForm()->inPass())
+            return Done{};
         if (m_kind == Kind::Label || m_kind == Kind::Button) {
             willWrite();
             return setPicture(m_widget, name, value);
@@ -596,6 +606,8 @@ SetResult QtControl::set(std::string_view name, const Value &value)
             r || r.error().code != HostErrc::NoSuchMember)
             return r;
     }
+    if (auto r = setItemMember(name, value))
+        return std::move(*r);
     return writeBridged(name, value);
 }
 

@@ -85,6 +85,12 @@ private:
     HostObjectPtr font(int slot);
     GetResult getBorderWidth() const;
     SetResult setBorderWidth(const Value &value);
+    // Image lists, item collections and a toolbar's button size; nullopt
+    // for a member the widget does not have this way.
+    std::optional<GetResult> getItemMember(std::string_view name);
+    std::optional<SetResult> setItemMember(std::string_view name, const Value &value);
+    // Whether an image list decides the icon size (instead of the control's size).
+    bool showsListImages() const;
 
     std::weak_ptr<QtForm> m_form;
     QtForm *m_formPtr;

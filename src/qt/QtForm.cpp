@@ -4,6 +4,7 @@
 #include "qt/QtPicture.h"
 #include "qt/QtPictureBox.h"
 #include "qt/QtUnits.h"
+#include "widgets/ImageListBinding.h"
 
 #include <QEvent>
 #include <QIcon>
@@ -145,12 +146,22 @@ void QtForm::endPass()
     if (m_passDepth == 0 || --m_passDepth > 0)
         return;
     flushFonts();
+    resumeBindings();
     // Re-enabling updates schedules the one repaint of the whole pass.
     if (m_updatesOff) {
         m_updatesOff = false;
         if (m_form)
             m_form->setUpdatesEnabled(true);
     }
+}
+
+void QtForm::resumeBindings()
+{
+    std::vector<QPointer<QWidget>> suspended;
+    suspended.swap(m_suspendedBindings);
+    for (const QPointer<QWidget> &w : suspended)
+        if (auto *binding = widgets::ImageListBinding::of(w); binding && binding->suspended())
+            binding->resume();
 }
 
 void QtForm::holdUpdates()

@@ -70,6 +70,9 @@ public:
     // container's, so that no container's font passes through a widget on
     // its way to the widget's own.
     void flushFonts();
+    // A control taken off its image lists in this pass; if the pass ends
+    // before putting it back (it failed), the control follows them again.
+    void bindingSuspended(QWidget *control) { m_suspendedBindings.emplace_back(control); }
 
     // The factors for lengths on the form (its ScaleMode) and inside
     // containers (twips); read afresh outside a pass.
@@ -98,12 +101,14 @@ private:
     QHash<QString, int> m_unnamedCount;
     QHash<QString, int> m_nextNumber; // per clashing name: where numbering resumes
     void holdUpdates();
+    void resumeBindings();
 
     int m_passDepth = 0;
     bool m_updatesOff = false;
     unsigned m_passSerial = 0;
     UnitScale m_formUnits, m_twipUnits; // as read when the pass began, or last asked
     std::vector<std::shared_ptr<QtFont>> m_pendingFonts;
+    std::vector<QPointer<QWidget>> m_suspendedBindings;
 };
 
 } // namespace velmora::qt

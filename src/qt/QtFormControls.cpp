@@ -17,6 +17,7 @@
 #include <QScrollArea>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QToolBar>
 #include <QToolBox>
 
 #include <unordered_map>
@@ -37,6 +38,7 @@ bool isComposite(const QWidget *w)
         || qobject_cast<const QComboBox *>(w) || qobject_cast<const QCalendarWidget *>(w)
         || qobject_cast<const QDialogButtonBox *>(w) || qobject_cast<const QLineEdit *>(w)
         || qobject_cast<const QTabBar *>(w) || qobject_cast<const QMenuBar *>(w)
+        || qobject_cast<const QToolBar *>(w) // its buttons show its actions
         || w->inherits("VelmoraControl");
 }
 

@@ -1,6 +1,7 @@
 #include "qt/QtImageList.h"
 
 #include "qt/QtPicture.h"
+#include "widgets/ImageListBinding.h"
 #include "widgets/VelmoraImageList.h"
 
 namespace velmora::qt {
@@ -101,6 +102,11 @@ GetResult QtImageList::call(std::string_view method, const std::vector<Value> &a
     if (!m_list)
         return gone();
     if (method == "Clear") {
+        // Controls still following the list would lose their images; the
+        // pass takes every control of its form off first, so one following
+        // now is one it does not know.
+        if (widgets::ImageListBinding::anyFollowing(m_list))
+            return hostError(HostErrc::Failed, "The image list cannot be modified while another control is bound to it");
         m_list->clear();
         return Value();
     }

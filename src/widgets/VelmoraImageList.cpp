@@ -1,6 +1,11 @@
 #include "VelmoraImageList.h"
 
+#include "ImageListBinding.h"
+
+#include <QEvent>
 #include <QImageReader>
+#include <QPointer>
+#include <QTabBar>
 #include <QWindow>
 
 #include <vector>
@@ -32,6 +37,8 @@ public:
     std::vector<Image> images;
     QStringList keys; // as Designer gave them, by position
     int width = 16, height = 16;
+    QPointer<QWidget> window; // whose showing binds the controls naming the list
+    bool bindPending = false;
 
     bool keyTaken(const QString &key, int except = -1) const
     {
@@ -62,9 +69,116 @@ VelmoraImageList::VelmoraImageList(QWidget *parent)
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     QWidget::setVisible(false);
+    if (parent) {
+        QEvent changed(QEvent::ParentChange);
+        event(&changed);
+    }
 }
 
-VelmoraImageList::~VelmoraImageList() = default;
+VelmoraImageList::~VelmoraImageList()
+{
+    velmora::widgets::ImageListBinding::forget(this);
+}
+
+using velmora::widgets::ImageListBinding;
+
+bool VelmoraImageList::event(QEvent *event)
+{
+    if (event->type() == QEvent::ParentChange) {
+        // Controls naming the list are bound when the form is built (after
+        // the loader or setupUi has made them all) and whenever it is shown.
+        if (d->window != window()) {
+            if (d->window)
+                d->window->removeEventFilter(this);
+            d->window = window();
+            if (d->window != this)
+                d->window->installEventFilter(this);
+        }
+        if (!d->bindPending) {
+            d->bindPending = true;
+            QMetaObject::invokeMethod(this, [this] { bindWindow(); }, Qt::QueuedConnection);
+        }
+    }
+    return QWidget::event(event);
+}
+
+bool VelmoraImageList::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == d->window && event->type() == QEvent::Show)
+        bindWindow();
+    return QWidget::eventFilter(watched, event);
+}
+
+void VelmoraImageList::bindWindow()
+{
+    d->bindPending = false;
+    if (objectName().isEmpty())
+        return;
+    QWidget *top = window();
+    const auto names = [&](QWidget *w) {
+        for (const char *property : {"ImageList", "Icons", "SmallIcons"})
+            if (w->property(property).toString() == objectName())
+                return true;
+        return false;
+    };
+    QList<QWidget *> widgets = top->findChildren<QWidget *>();
+    widgets.prepend(top);
+    for (QWidget *w : widgets) {
+        if (w == this || w->dynamicPropertyNames().isEmpty() || !names(w))
+            continue;
+        if (ImageListBinding *b = ImageListBinding::of(w))
+            b->resolve();
+        else
+            ImageListBinding::ensure(w);
+    }
+}
+
+void VelmoraImageList::setImageList(QWidget *control, VelmoraImageList *list, const char *which)
+{
+    if (!control || !which)
+        return;
+    const QByteArray name(which);
+    const ImageListBinding::Slot slot = name == "SmallIcons" ? ImageListBinding::SmallImages : ImageListBinding::Images;
+    if (name != ImageListBinding::propertyName(control, slot)) {
+        qWarning("VelmoraImageList: a %s has no image list called %s", control->metaObject()->className(), which);
+        return;
+    }
+    ImageListBinding::ensure(control)->assign(slot, list);
+}
+
+VelmoraImageList *VelmoraImageList::imageList(QWidget *control, const char *which)
+{
+    if (!control || !which)
+        return nullptr;
+    const QByteArray name(which);
+    const ImageListBinding::Slot slot = name == "SmallIcons" ? ImageListBinding::SmallImages : ImageListBinding::Images;
+    if (name != ImageListBinding::propertyName(control, slot))
+        return nullptr;
+    ImageListBinding *b = ImageListBinding::of(control);
+    const bool named = !control->property(which).toString().isEmpty();
+    if (!b && !named)
+        return nullptr;
+    if (!b)
+        b = ImageListBinding::ensure(control);
+    else if (!b->list(slot) && named)
+        b->resolve(); // named before the list was made
+    return b->list(slot);
+}
+
+void VelmoraImageList::setTabImage(QTabBar *tabs, int index, const QVariant &image)
+{
+    if (!tabs || index < 0 || index >= tabs->count())
+        return;
+    tabs->setTabData(index, image);
+    if (ImageListBinding *b = ImageListBinding::of(tabs))
+        b->refresh();
+}
+
+void VelmoraImageList::refresh(QWidget *control)
+{
+    if (ImageListBinding *b = ImageListBinding::of(control))
+        b->refresh();
+}
 
 void VelmoraImageList::setVisible(bool)
 {

@@ -10,6 +10,22 @@
 // At run time the widget is never shown. In Qt Designer its images come from
 // the string-list property Images (files or ":/" resources), keyed by the
 // matching entries of ImageKeys; from code, add() takes icons or pixmaps.
+//
+// Controls take their icons from a list they name by its objectName, in the
+// property ImageList (a list widget names two: Icons for icon mode,
+// SmallIcons for list mode). Their items refer to an image by key (text) or
+// number (from 1):
+//   - a toolbar's or tool button's action: its property "Image";
+//   - a tree widget item: data(0, VelmoraImageList::ImageRole);
+//   - a list widget item: data(ImageRole) in icon mode, data(SmallImageRole)
+//     in list mode (either one serves when the other is not set);
+//   - a tab widget's tab: its page's property "Image"; a tab bar's tab: its
+//     tabData (set it with setTabImage()).
+// In Designer, where items cannot carry such data, a tree, list or tab bar
+// may give its items' references in order in the string-list property
+// ItemImages. A bound control shows each referenced image at the list's
+// image size and follows the list whenever its images or size change; items
+// without a reference keep whatever icon they have.
 #pragma once
 
 #include <QIcon>
@@ -19,6 +35,7 @@
 
 #include <memory>
 
+class QTabBar;
 class VelmoraImageListPrivate;
 
 class VelmoraImageList : public QWidget
@@ -30,6 +47,10 @@ class VelmoraImageList : public QWidget
     Q_PROPERTY(QStringList ImageKeys READ imageKeys WRITE setImageKeys)
 
 public:
+    // Item data roles of a tree or list widget item's image reference.
+    enum ItemDataRole { ImageRole = Qt::UserRole + 0x5649, SmallImageRole };
+    Q_ENUM(ItemDataRole)
+
     explicit VelmoraImageList(QWidget *parent = nullptr);
     ~VelmoraImageList() override;
 
@@ -67,6 +88,16 @@ public:
     QStringList imageKeys() const;
     void setImageKeys(const QStringList &keys);
 
+    // Binds `control` to `list` under `which` ("ImageList", or "Icons" or
+    // "SmallIcons" of a list widget); nullptr unbinds. The list may be on
+    // any form; binding by name only finds lists on the control's window.
+    static void setImageList(QWidget *control, VelmoraImageList *list, const char *which = "ImageList");
+    static VelmoraImageList *imageList(QWidget *control, const char *which = "ImageList");
+    static void setTabImage(QTabBar *tabs, int index, const QVariant &image);
+    // Shows the bound images of every item again, after changes the control
+    // does not announce (tabs added, a list widget's view mode).
+    static void refresh(QWidget *control);
+
     void setVisible(bool visible) override;
     QSize sizeHint() const override;
 
@@ -75,8 +106,13 @@ Q_SIGNALS:
     // should fetch them again.
     void imagesChanged();
 
+protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void setSide(int &side, int pixels);
+    void bindWindow();
 
     std::unique_ptr<VelmoraImageListPrivate> d;
 };
