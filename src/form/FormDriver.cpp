@@ -198,7 +198,17 @@ void FormDriver::runPending()
         Reset();
     } else if (m_passPending) {
         m_passPending = false;
+        // A pass that resizes its own form (a main window's toolbars growing
+        // with it, a handler of ResizeDone) settles in a round or two; one
+        // that keeps doing it must not chase itself for ever.
+        constexpr int MaxChainedPasses = 4;
+        if (m_chainedPasses >= MaxChainedPasses) {
+            QMetaObject::invokeMethod(this, [this] { FormResized(); }, Qt::QueuedConnection);
+            return;
+        }
+        ++m_chainedPasses;
         FormResized();
+        m_chainedPasses = 0;
     }
 }
 
@@ -264,6 +274,15 @@ void FormDriver::Reset()
         return;
     }
     const auto alive = hold();
+    // The layout to take is the one the form shows at its present size: a
+    // pass still waiting for its turn (the form was resized by the last one)
+    // runs first.
+    if (m_passPosted && m_engine.Initialised && m_engine.FormReady && ScaleControls) {
+        m_passPosted = false;
+        runPass();
+        if (!m_hostForm)
+            return;
+    }
     m_engine.Initialised = false;
     // The reference is in twips, whatever units the form uses.
     auto &form = *m_hostForm;

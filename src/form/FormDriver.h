@@ -82,6 +82,7 @@ private:
     bool m_passRunning = false;
     bool m_passPosted = false;
     bool m_passPending = false;
+    int m_chainedPasses = 0; // passes run back to back because the last one resized the form
     bool m_resetPending = false;
     bool m_bindPending = false;
     QPointer<QWidget> m_pendingForm;

@@ -67,8 +67,12 @@ std::optional<GetResult> QtControl::getItemMember(std::string_view name)
         if (name == "ButtonWidth" || name == "ButtonHeight") {
             const bool width = name == "ButtonWidth";
             int px = 0;
-            for (QToolButton *b : toolButtons(bar))
-                px = qMax(px, width ? b->width() : b->height());
+            for (QToolButton *b : toolButtons(bar)) {
+                // Until the toolbar has laid its buttons out they have no size of their own.
+                const QSize size = b->testAttribute(Qt::WA_Resized) ? b->size()
+                                                                    : b->sizeHint().expandedTo(b->minimumSize());
+                px = qMax(px, width ? size.width() : size.height());
+            }
             return GetResult(Value(static_cast<float>(pixelsToUnits(px, ScaleTwips, width ? Axis::X : Axis::Y))));
         }
     }
@@ -121,8 +125,12 @@ std::optional<SetResult> QtControl::setItemMember(std::string_view name, const V
         const int px = twips ? unitsToPixels(*twips, ScaleTwips, width ? Axis::X : Axis::Y, &ok) : 0;
         if (!ok || px < 0)
             return SetResult(hostError(HostErrc::InvalidValue, "Invalid property value"));
-        // Qt sizes tool buttons from their icons and text; the button size
-        // is the least they get.
+        // Qt sizes tool buttons from their icons and text, which scale; on a
+        // toolbar the form places the button size is the least they get. A
+        // main window's toolbar is left to its icons: it takes its size
+        // from the form beside it, which it would resize in turn.
+        if (state().managed)
+            return SetResult(Done{});
         for (QToolButton *b : toolButtons(bar)) {
             const QSize min = b->minimumSize();
             const QSize wanted = width ? QSize(px, min.height()) : QSize(min.width(), px);

@@ -211,6 +211,13 @@ std::vector<HostObjectPtr> QtForm::controls()
     std::vector<QWidget *> widgets;
     widgets.reserve(m_adapters.size());
     collect(m_form, widgets);
+    // A main window's toolbars belong to the form in its central area, as
+    // its menus do; the main window places them.
+    if (auto *main = qobject_cast<QMainWindow *>(m_form->window()); main && main != m_form.data()
+        && main->centralWidget() == m_form.data())
+        for (QObject *child : main->children())
+            if (auto *bar = qobject_cast<QToolBar *>(child); bar && !isQtInternal(bar))
+                widgets.push_back(bar);
     std::vector<QObject *> menus;
     collectMenus(menus);
     result.reserve(widgets.size() + menus.size());

@@ -47,8 +47,15 @@ bool isNumber(const QVariant &v)
 
 void setIconSize(QWidget *control, const QSize &size)
 {
-    if (control->property("iconSize").toSize() != size)
-        control->setProperty("iconSize", size);
+    const QSize now = control->property("iconSize").toSize();
+    if (now == size)
+        return;
+    // A main window's toolbar takes its size from the form beside it, which
+    // it resizes in turn: a pixel either way would go back and forth.
+    if (qobject_cast<QToolBar *>(control) && qAbs(now.width() - size.width()) <= 1
+        && qAbs(now.height() - size.height()) <= 1)
+        return;
+    control->setProperty("iconSize", size);
 }
 
 } // namespace

@@ -104,7 +104,9 @@ bool VelmoraImageList::event(QEvent *event)
 
 bool VelmoraImageList::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == d->window && event->type() == QEvent::Show)
+    // Before the window lays itself out for showing: the icon sizes the
+    // lists give decide how tall toolbars and tab bars are.
+    if (watched == d->window && (event->type() == QEvent::Polish || event->type() == QEvent::Show))
         bindWindow();
     return QWidget::eventFilter(watched, event);
 }
@@ -126,10 +128,12 @@ void VelmoraImageList::bindWindow()
     for (QWidget *w : widgets) {
         if (w == this || w->dynamicPropertyNames().isEmpty() || !names(w))
             continue;
-        if (ImageListBinding *b = ImageListBinding::of(w))
+        ImageListBinding *b = ImageListBinding::of(w);
+        if (b)
             b->resolve();
         else
-            ImageListBinding::ensure(w);
+            b = ImageListBinding::ensure(w);
+        b->refresh();
     }
 }
 

@@ -46,6 +46,10 @@ bool PreviewSession::load(const QString &path, QString *error)
     m_control = host->findChild<VelmoraControl *>();
     if (!m_control)
         m_control = new VelmoraControl(host);
+    // The pass reports what it could not do only through this event.
+    QObject::connect(m_control, &VelmoraControl::Error, m_control, [](const QString &description, const QString &) {
+        qWarning("velmora-preview: %s", qPrintable(description.simplified()));
+    });
     return true;
 }
 
@@ -65,9 +69,13 @@ void PreviewSession::show()
 void PreviewSession::resizeForm(const QSize &size)
 {
     QWidget *f = form();
-    const QSize chrome = m_root->size() - f->size();
-    m_root->resize(size + chrome);
-    settle();
+    // What surrounds the form (a main window's toolbars) may scale with it;
+    // a few rounds bring the form itself to the size asked for.
+    for (int round = 0; round < 4 && f->size() != size; ++round) {
+        const QSize chrome = m_root->size() - f->size();
+        m_root->resize(size + chrome);
+        settle();
+    }
 }
 
 QJsonObject PreviewSession::snapshot(bool design) const
