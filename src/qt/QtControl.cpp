@@ -151,6 +151,8 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
             if (!m_design)
                 m_design = std::make_unique<Design>(Design{widget->size(), QSize(), QSize(), false, QSize()});
             m_design->iconSize = icons;
+            if (QtForm *form = liveForm(); form && geometryManaged(widget))
+                m_design->formSize = form->widget()->size();
         }
     }
 }
@@ -160,11 +162,21 @@ void QtControl::scaleIconSize()
     if (showsListImages())
         return; // its list is rebuilt at the new size, and sets it
     const Design &d = *m_design;
-    if (d.size.width() <= 0 || d.size.height() <= 0)
+    // A widget its parent places (a main window's toolbar) has no size of
+    // its own to go by: it follows the form.
+    const bool followsForm = d.formSize.isValid() && state().managed && liveForm();
+    const QSize design = followsForm ? d.formSize : d.size;
+    const QSize now = followsForm ? liveForm()->widget()->size() : m_widget->size();
+    if (design.width() <= 0 || design.height() <= 0)
         return;
-    const double ratio = qMin(double(m_widget->width()) / d.size.width(), double(m_widget->height()) / d.size.height());
+    const double ratio = qMin(double(now.width()) / design.width(), double(now.height()) / design.height());
     const QSize scaled(qMax(1, qRound(d.iconSize.width() * ratio)), qMax(1, qRound(d.iconSize.height() * ratio)));
-    if (m_widget->property("iconSize").toSize() != scaled) {
+    const QSize current = m_widget->property("iconSize").toSize();
+    // Beside the form, a pixel either way would resize the form, and the
+    // form the widget, back and forth.
+    if (followsForm && qAbs(current.width() - scaled.width()) <= 1 && qAbs(current.height() - scaled.height()) <= 1)
+        return;
+    if (current != scaled) {
         willWrite();
         m_widget->setProperty("iconSize", scaled);
     }

@@ -105,6 +105,7 @@ private:
         QSize size, minimum, maximum;
         bool limits = false;
         QSize iconSize; // invalid: not such a widget
+        QSize formSize; // the form's, for a widget its parent places
     };
     std::unique_ptr<Design> m_design;
     // Icons of items (view rows, toolbar actions, tabs) are drawn from their

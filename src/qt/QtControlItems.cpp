@@ -98,7 +98,8 @@ std::optional<SetResult> QtControl::setItemMember(std::string_view name, const V
             if (!value.isEmpty() && !value.isObject())
                 return SetResult(hostError(HostErrc::InvalidValue, "Type mismatch"));
             ImageListBinding *binding = ImageListBinding::of(m_widget);
-            if (binding && !binding->suspended()) {
+            // Nothing in place of nothing (a list widget without small icons) changes nothing.
+            if (binding && !binding->suspended() && binding->list(slot)) {
                 binding->suspend();
                 if (QtForm *form = liveForm())
                     form->bindingSuspended(m_widget);
@@ -127,10 +128,14 @@ std::optional<SetResult> QtControl::setItemMember(std::string_view name, const V
             return SetResult(hostError(HostErrc::InvalidValue, "Invalid property value"));
         // Qt sizes tool buttons from their icons and text, which scale; on a
         // toolbar the form places the button size is the least they get. A
-        // main window's toolbar is left to its icons: it takes its size
-        // from the form beside it, which it would resize in turn.
-        if (state().managed)
+        // main window's toolbar is left to its icons, scaled with the form:
+        // it takes its size from the form beside it, which it would resize
+        // in turn.
+        if (state().managed) {
+            if (m_design && m_design->iconSize.isValid())
+                scaleIconSize();
             return SetResult(Done{});
+        }
         for (QToolButton *b : toolButtons(bar)) {
             const QSize min = b->minimumSize();
             const QSize wanted = width ? QSize(px, min.height()) : QSize(min.width(), px);

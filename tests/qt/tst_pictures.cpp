@@ -10,6 +10,7 @@
 
 #include <QLabel>
 #include <QPainter>
+#include <QPushButton>
 #include <QtTest>
 
 namespace {
@@ -198,9 +199,13 @@ void tst_Pictures::itemIconsFollowTheControl_data()
     QTest::addColumn<bool>("dontScaleGraphic");
     QTest::newRow("icon view, four times the size") << "list" << 4.0 << true << false;
     QTest::newRow("icon view, half the size") << "list" << 0.5 << true << false;
+    // Small on a plain screen; on a HiDPI one the large version is drawn.
+    QTest::newRow("icon view, three quarters") << "list" << 0.75 << true << false;
     QTest::newRow("tree with the style's icon size, twice") << "tree" << 2.0 << true << false;
     QTest::newRow("toolbar, twice") << "toolbar" << 2.0 << true << false;
     QTest::newRow("tab bar, half") << "tabs" << 0.5 << true << false;
+    QTest::newRow("push button, twice") << "button" << 2.0 << true << false;
+    QTest::newRow("push button, half") << "button" << 0.5 << true << false;
     QTest::newRow("icon view marked DontScaleGraphic") << "list" << 4.0 << true << true;
     QTest::newRow("icon view, ScaleGraphics off") << "list" << 4.0 << false << false;
 }
@@ -239,6 +244,10 @@ void tst_Pictures::itemIconsFollowTheControl()
         bar->setIconSize(QSize(24, 24));
         bar->addAction(icon, QStringLiteral("Go"));
         control = bar;
+    } else if (kind == QLatin1String("button")) {
+        auto *button = new QPushButton(icon, QString(), &form);
+        button->setIconSize(QSize(16, 16));
+        control = button;
     } else {
         auto *tabs = new QTabBar(&form);
         tabs->addTab(icon, QStringLiteral("One"));
@@ -265,17 +274,25 @@ void tst_Pictures::itemIconsFollowTheControl()
     QVERIFY2(qAbs(now.width() - expected.width()) <= 1 && qAbs(now.height() - expected.height()) <= 1,
              qPrintable(QStringLiteral("icon size %1x%2, expected %3x%4")
                             .arg(now.width()).arg(now.height()).arg(expected.width()).arg(expected.height())));
-    if (kind == QLatin1String("list")) {
-        // Drawn from the icon at the new size: the large version, whole.
+    if (kind == QLatin1String("list") || kind == QLatin1String("button")) {
+        // Drawn from the icon at the new size, in device pixels: the large
+        // version, whole, once the small one would have to be stretched.
         const QImage shot = control->grab().toImage();
-        int blues = 0;
+        const qreal dpr = shot.devicePixelRatio();
+        int blues = 0, reds = 0;
         for (int y = 0; y < shot.height(); ++y)
-            for (int x = 0; x < shot.width(); ++x)
+            for (int x = 0; x < shot.width(); ++x) {
                 blues += shot.pixelColor(x, y) == QColor(Qt::blue);
-        if (scaled && scale > 1)
-            QVERIFY2(blues >= 60 * 60, qPrintable(QString::number(blues)));
-        else
+                reds += shot.pixelColor(x, y) == QColor(Qt::red);
+            }
+        const int side = qRound(expected.width() * dpr); // device pixels the icon covers
+        if (side > 16) {
+            QVERIFY2(blues >= (side - 4) * (side - 4) && reds == 0,
+                     qPrintable(QStringLiteral("%1 blue, %2 red at %3 device pixels").arg(blues).arg(reds).arg(side)));
+        } else {
             QCOMPARE(blues, 0);
+            QVERIFY(reds > 0);
+        }
     }
 }
 
