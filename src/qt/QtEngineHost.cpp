@@ -1,6 +1,7 @@
 #include "qt/QtEngineHost.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 
 namespace velmora::qt {
 
@@ -21,7 +22,10 @@ void QtEngineHost::processEvents()
 {
     if (beforeProcessingEvents)
         beforeProcessingEvents();
-    QCoreApplication::processEvents();
+    // What the engine waits for is the layouts answering the sizes it set
+    // (a toolbar growing with its buttons). Painting and input wait for the
+    // end of the pass, so nothing is drawn half placed.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
 }
 
 } // namespace velmora::qt
