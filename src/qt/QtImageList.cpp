@@ -128,8 +128,10 @@ GetResult QtImageList::call(std::string_view method, const std::vector<Value> &a
             return hostError(HostErrc::InvalidValue, "Type mismatch");
         key = QString::fromStdString(*text);
     }
+    // An empty picture is kept as an empty image (one Designer could not
+    // read), so that every image after it keeps its number.
     QIcon icon;
-    if (!QtPicture::iconFromValue(args[2], icon) || icon.isNull())
+    if (!QtPicture::iconFromValue(args[2], icon))
         return hostError(HostErrc::InvalidValue, "Invalid picture");
     const int at = m_list->add(icon, key, before);
     if (at < 0)

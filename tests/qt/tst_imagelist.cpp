@@ -197,6 +197,7 @@ void tst_ImageList::rebuiltFromTheDesignPictures()
     list->add(designed[0], QStringLiteral("both"));
     list->add(designed[1], QStringLiteral("green"));
     list->add(designed[2]);
+    list->add(QIcon(), QStringLiteral("unreadable")); // as Designer keeps a file it could not read
     list->setTag(1, QStringLiteral("a tag"));
     auto *velmora = new VelmoraControl(&form);
     velmora->setResizeOnMouseUp(false);
@@ -208,7 +209,7 @@ void tst_ImageList::rebuiltFromTheDesignPictures()
     const velmora::ControlClass *rec = d->engine.store().info("images");
     QVERIFY(rec);
     QCOMPARE(rec->SpecialControlType, int(velmora::SctImageList));
-    QCOMPARE(rec->ImageListCount, 3);
+    QCOMPARE(rec->ImageListCount, 4);
     QCOMPARE(rec->ImageListKey(1), std::string("both"));
     QCOMPARE(rec->ImageListTag(2), std::string("a tag"));
     QCOMPARE(rec->ImageListWidth, 16.0f);
@@ -220,8 +221,10 @@ void tst_ImageList::rebuiltFromTheDesignPictures()
         form.resize(qRound(400 * sx), qRound(300 * sy));
         QCoreApplication::sendPostedEvents(&d->driver);
         QCOMPARE(list->imageSize(), rebuilt ? QSize(qRound(16 * sx), qRound(16 * sy)) : QSize(16, 16));
-        QCOMPARE(list->count(), 3);
+        QCOMPARE(list->count(), 4);
         QCOMPARE(list->key(0), QStringLiteral("both"));
+        QCOMPARE(list->key(3), QStringLiteral("unreadable"));
+        QVERIFY(list->icon(3).isNull());
         QCOMPARE(list->tag(1), QStringLiteral("a tag"));
         // The very pictures it was designed with, never a scaled copy.
         for (int i = 0; i < 3; ++i)
