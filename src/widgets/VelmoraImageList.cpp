@@ -39,6 +39,11 @@ public:
     int width = 16, height = 16;
     QPointer<QWidget> window; // whose showing binds the controls naming the list
     bool bindPending = false;
+    // Images as handed out, by position, for one size and pixel ratio: many
+    // items show the same image.
+    mutable std::vector<QPixmap> rendered;
+    mutable QSize renderedSize;
+    mutable qreal renderedRatio = 0;
 
     bool keyTaken(const QString &key, int except = -1) const
     {
@@ -67,6 +72,8 @@ VelmoraImageList::VelmoraImageList(QWidget *parent)
     : QWidget(parent)
     , d(std::make_unique<VelmoraImageListPrivate>())
 {
+    // Whatever changed, the images handed out so far are stale.
+    connect(this, &VelmoraImageList::imagesChanged, this, [this] { d->rendered.clear(); });
     setAttribute(Qt::WA_TransparentForMouseEvents);
     QWidget::setVisible(false);
     if (parent) {
@@ -273,7 +280,15 @@ QPixmap VelmoraImageList::pixmap(int index) const
     const QWindow *window = this->window() ? this->window()->windowHandle() : nullptr;
     const qreal dpr = window ? window->devicePixelRatio() : devicePixelRatioF();
     const QSize logical = imageSize();
-    QPixmap best = picture.pixmap(logical, dpr);
+    if (d->renderedSize != logical || d->renderedRatio != dpr || d->rendered.size() != d->images.size()) {
+        d->rendered.assign(d->images.size(), QPixmap());
+        d->renderedSize = logical;
+        d->renderedRatio = dpr;
+    }
+    QPixmap &best = d->rendered[std::size_t(index)];
+    if (!best.isNull())
+        return best;
+    best = picture.pixmap(logical, dpr);
     const QSize device = (QSizeF(logical) * dpr).toSize();
     if (best.size() != device)
         best = best.scaled(device, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
