@@ -1,5 +1,6 @@
 #include "qt/QtItemCollection.h"
 
+#include "widgets/ImageListBinding.h"
 #include "widgets/VelmoraImageList.h"
 
 #include <QAction>
@@ -207,20 +208,9 @@ Value QtItemCollection::fromReference(const QVariant &ref)
 {
     if (!ref.isValid() || ref.isNull())
         return Value();
-    switch (ref.metaType().id()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
+    if (widgets::ImageListBinding::isNumber(ref))
         return Value(ref.toInt());
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return Value(ref.toDouble());
-    default:
-        return Value(ref.toString().toStdString());
-    }
+    return Value(ref.toString().toStdString());
 }
 
 bool QtItemCollection::toReference(const Value &value, QVariant &out)

@@ -28,23 +28,6 @@ QHash<const VelmoraImageList *, int> &followers()
     return counts;
 }
 
-bool isNumber(const QVariant &v)
-{
-    switch (v.metaType().id()) {
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Double:
-    case QMetaType::Float:
-        return true;
-    default:
-        return false;
-    }
-}
-
 void setIconSize(QWidget *control, const QSize &size)
 {
     const QSize now = control->property("iconSize").toSize();
@@ -103,6 +86,23 @@ bool ImageListBinding::bindable(const QWidget *control)
     return qobject_cast<const QToolBar *>(control) || qobject_cast<const QToolButton *>(control)
         || qobject_cast<const QTreeWidget *>(control) || qobject_cast<const QListWidget *>(control)
         || qobject_cast<const QTabBar *>(control) || qobject_cast<const QTabWidget *>(control);
+}
+
+bool ImageListBinding::isNumber(const QVariant &ref)
+{
+    switch (ref.metaType().id()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool ImageListBinding::anyFollowing(const VelmoraImageList *list)

@@ -30,6 +30,8 @@ public:
     static const char *propertyName(const QWidget *control, Slot slot);
     // Whether the control is of a kind whose items can show a list's images.
     static bool bindable(const QWidget *control);
+    // Whether an image reference is a number (from 1) rather than a key.
+    static bool isNumber(const QVariant &ref);
     // The bound lists that follow every change, across every control.
     static bool anyFollowing(const VelmoraImageList *list);
     static void forget(const VelmoraImageList *list); // it is being destroyed

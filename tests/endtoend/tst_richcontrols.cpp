@@ -110,16 +110,17 @@ struct ScaledForm {
     QWidget widget;
     VelmoraControl *velmora = nullptr;
     int errors = 0;
-    QString description;
+    QString description, reason;
 
     void start()
     {
         widget.resize(400, 300);
         velmora = new VelmoraControl(&widget);
         velmora->setResizeOnMouseUp(false);
-        QObject::connect(velmora, &VelmoraControl::Error, &widget, [this](const QString &text, const QString &) {
+        QObject::connect(velmora, &VelmoraControl::Error, &widget, [this](const QString &text, const QString &why) {
             ++errors;
             description = text;
+            reason = why;
         });
         widget.show();
         QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));
@@ -374,6 +375,7 @@ void tst_RichControls::foreignFollowerEndsThePassWithError()
     QCOMPARE(f.errors, 1);
     QCOMPARE(f.description, QStringLiteral("images has a one or more controls bound to it that is not supported by "
                                            "QxVelmora\r\n See QxVelmora Help File for more information\r\n"));
+    QVERIFY2(f.reason.contains(QLatin1String("bound")), qPrintable(f.reason));
     QCOMPARE(images->count(), 2); // as far as it was rebuilt: not at all
     // The form's own tree follows its list again.
     images->setImageWidth(24);
