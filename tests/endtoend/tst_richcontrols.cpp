@@ -10,6 +10,7 @@
 #include "ui_richform.h"
 
 #include <QFile>
+#include <QLabel>
 #include <QListWidget>
 #include <QMainWindow>
 #include <QTabBar>
@@ -142,6 +143,8 @@ struct ScaledForm {
 class tst_RichControls : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void captureKnowsEachKind_data();
+    void captureKnowsEachKind();
     void itemsShowTheirListImage_data();
     void itemsShowTheirListImage();
     void loadedForm_data();
@@ -153,6 +156,43 @@ private Q_SLOTS:
     void toolbarHeightFitEnds_data();
     void toolbarHeightFitEnds();
 };
+
+void tst_RichControls::captureKnowsEachKind_data()
+{
+    // Which of its items the pass will take off an image list and put back.
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("has"); // t tabs, b buttons, n nodes, i ImageList, 2 Icons and SmallIcons
+    QTest::newRow("toolbar") << "toolbar" << "bi";
+    QTest::newRow("tool button") << "tool button" << "i";
+    QTest::newRow("tree") << "tree" << "ni";
+    QTest::newRow("list widget") << "list icons" << "2";
+    QTest::newRow("tab bar: a tab strip") << "tab bar" << "ti";
+    QTest::newRow("tab widget: its tabs are its own") << "tab widget" << "i";
+    QTest::newRow("anything else") << "label" << "";
+}
+
+void tst_RichControls::captureKnowsEachKind()
+{
+    QFETCH(QString, kind);
+    QFETCH(QString, has);
+    ScaledForm f;
+    if (kind == QLatin1String("label"))
+        (new QLabel(QStringLiteral("text"), &f.widget))->setObjectName(QStringLiteral("control"));
+    else
+        makeControl(kind, &f.widget, QStringLiteral("key"));
+    f.start();
+    if (QTest::currentTestFailed())
+        return;
+    const velmora::ControlClass *rec = VelmoraControlPrivate::get(f.velmora)->engine.store().info("control");
+    QVERIFY(rec);
+    QCOMPARE(rec->ControlHasTabs, has.contains(QLatin1Char('t')));
+    QCOMPARE(rec->ControlHasButtons, has.contains(QLatin1Char('b')));
+    QCOMPARE(rec->ControlHasNodes, has.contains(QLatin1Char('n')));
+    QCOMPARE(rec->ControlHasImageList, has.contains(QLatin1Char('i')));
+    QCOMPARE(rec->ControlHasTwoImageLists, has.contains(QLatin1Char('2')));
+    if (rec->ControlHasButtons) // the size of its buttons, in twips
+        QVERIFY(rec->ButtonWidth >= 15 * 16 && rec->ButtonHeight >= 15 * 16);
+}
 
 void tst_RichControls::itemsShowTheirListImage_data()
 {
