@@ -180,7 +180,27 @@ void VelmoraControl::setScaleGraphics(bool on) { d->engine.ScaleGraphics = on; }
 bool VelmoraControl::ResizeOnMouseUp() const { return d->driver.ResizeOnMouseUp; }
 void VelmoraControl::setResizeOnMouseUp(bool on) { d->driver.ResizeOnMouseUp = on; }
 bool VelmoraControl::GradientFill() const { return d->engine.GradientFill; }
-void VelmoraControl::setGradientFill(bool on) { d->engine.GradientFill = on; }
+
+void VelmoraControl::setGradientFill(bool on)
+{
+    d->engine.GradientFill = on;
+    if (on)
+        d->driver.drawGradient();
+    else if (const auto &form = d->driver.hostForm())
+        form->call("Cls", {}); // the painted background, whatever else was drawn into it
+}
+
+int VelmoraControl::GradientColour() const { return int(d->driver.GradientColour); }
+
+void VelmoraControl::setGradientColour(int colour)
+{
+    d->driver.GradientColour = std::uint32_t(colour);
+    if (d->engine.GradientFill)
+        d->driver.drawGradient();
+}
+
+QString VelmoraControl::ReplaceFontsWith() const { return d->driver.ReplaceFontsWith; }
+void VelmoraControl::setReplaceFontsWith(const QString &family) { d->driver.ReplaceFontsWith = family; }
 
 VelmoraControl::FormPictureEffects VelmoraControl::FormPicture() const
 {

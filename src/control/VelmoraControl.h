@@ -29,6 +29,8 @@ class VelmoraControl : public QWidget {
     Q_PROPERTY(bool ResizeOnMouseUp READ ResizeOnMouseUp WRITE setResizeOnMouseUp)
     Q_PROPERTY(FormPictureEffects FormPicture READ FormPicture WRITE setFormPicture)
     Q_PROPERTY(bool GradientFill READ GradientFill WRITE setGradientFill)
+    Q_PROPERTY(int GradientColour READ GradientColour WRITE setGradientColour)
+    Q_PROPERTY(QString ReplaceFontsWith READ ReplaceFontsWith WRITE setReplaceFontsWith)
     Q_PROPERTY(double DesignFormWidth READ DesignFormWidth WRITE setDesignFormWidth)
     Q_PROPERTY(double DesignFormHeight READ DesignFormHeight WRITE setDesignFormHeight)
     Q_PROPERTY(double DesignFormScaleWidth READ DesignFormScaleWidth WRITE setDesignFormScaleWidth)
@@ -53,8 +55,18 @@ public:
     void setResizeOnMouseUp(bool on);
     FormPictureEffects FormPicture() const;
     void setFormPicture(FormPictureEffects mode);
+    // With GradientFill the form's background is 63 bands growing darker
+    // from GradientColour (0x00BBGGRR, as colour values are stored; the
+    // default 0xFF0000 is blue), painted under its children and again after
+    // every resize; turned off, the painted background is cleared.
     bool GradientFill() const;
     void setGradientFill(bool on);
+    int GradientColour() const;
+    void setGradientColour(int colour);
+    // A font family every control of the form takes when it first comes up
+    // (sizes and styles kept); "<none>", exactly, replaces nothing.
+    QString ReplaceFontsWith() const;
+    void setReplaceFontsWith(const QString &family);
 
     // The form's outer size (twips) and inner size (its ScaleMode units) at
     // design time; all 0 means "the size the form first shows with".

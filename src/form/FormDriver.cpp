@@ -1,5 +1,8 @@
 #include "form/FormDriver.h"
 
+#include "form/FontReplacement.h"
+#include "form/FormGradient.h"
+
 #include "engine/ResizeEngine.h"
 #include "layout/HostAccess.h"
 #include "qt/QtForm.h"
@@ -180,6 +183,9 @@ void FormDriver::runPass()
     form->beginPass();
     m_engine.ResizeControls(*form);
     form->endPass();
+    // The bands follow the form's new size.
+    if (m_engine.GradientFill && m_hostForm == form)
+        drawGradient();
     m_passRunning = false;
     m_engine.StopRequested = false;
     runPending();
@@ -224,6 +230,8 @@ void FormDriver::FormResized()
     try {
         if (!m_engine.FormReady) {
             SettingUp = true;
+            // Before the layout is taken, so that fonts scale from the new face.
+            applyReplacementFont(*m_hostForm, ReplaceFontsWith.toStdString());
             runPass(); // the first call of a lifetime captures the layout
             if (!minimised())
                 runPass(); // the first real pass
@@ -261,6 +269,18 @@ void FormDriver::delayedResize()
     m_tmrDelayResize.stop();
     if (!collapsed() && ScaleControls)
         runPass();
+}
+
+void FormDriver::drawGradient()
+{
+    if (!m_hostForm || !m_form || m_hostForm->isKind(HostKind::MDIForm))
+        return;
+    qt::QtForm &form = *m_hostForm;
+    const auto width = getSingle(form, "Width"), height = getSingle(form, "Height");
+    if (!width || !height)
+        return;
+    const GradientBands bands(*width, *height, GradientChannels::fromColour(GradientColour));
+    form.setPicture(bands.paint(m_form->size()));
 }
 
 void FormDriver::Reset()

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -39,7 +40,12 @@ public:
     bool SettingUp = false;
     // The application gave the design sizes itself: they survive a rebind.
     bool DesignSizeGiven = false;
+    std::uint32_t GradientColour = 0xFF0000;
+    QString ReplaceFontsWith = QStringLiteral("<none>");
 
+    // Paints the gradient background into the form's picture layer (not on
+    // an MDI parent, which has no surface of its own).
+    void drawGradient();
     // Takes the form as it is now as the new design layout.
     void Reset();
     // The driver's answer to a resize of the form.

@@ -330,6 +330,10 @@ GetResult QtForm::call(std::string_view method, const std::vector<Value> &args)
         m_form->update();
         return Value();
     }
+    if (method == "Cls") { // what was painted into the form's background
+        setPicture(QPixmap());
+        return Value();
+    }
     if (method == "Hide" || method == "Show") {
         window()->setVisible(method == "Show");
         return Value();

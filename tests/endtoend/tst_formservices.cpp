@@ -1,0 +1,187 @@
+// What the component does to the form itself rather than to its controls:
+// the gradient background and the one typeface for every control.
+#include "control/VelmoraControl.h"
+#include "control/VelmoraControl_p.h"
+#include "form/FormGradient.h"
+#include "widgets/VelmoraLine.h"
+
+#include <QCalendarWidget>
+#include <QLabel>
+#include <QTextCharFormat>
+#include <QtTest>
+
+namespace {
+
+struct Form {
+    QWidget widget;
+    VelmoraControl *velmora = nullptr;
+
+    explicit Form(const std::function<void(VelmoraControl *)> &configure = {})
+    {
+        widget.resize(400, 300);
+        velmora = new VelmoraControl(&widget);
+        velmora->setResizeOnMouseUp(false);
+        if (configure)
+            configure(velmora);
+    }
+    bool show()
+    {
+        widget.show();
+        return QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000);
+    }
+    QColor at(int x, int y) { return widget.grab().toImage().pixelColor(x, y); }
+};
+
+QColor rgb(const velmora::GradientChannels &c)
+{
+    return QColor(c.red, c.green, c.blue);
+}
+
+} // namespace
+
+class tst_FormServices : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void bandColours_data();
+    void bandColours();
+    void gradientOnTheForm();
+    void gradientFollowsTheSettings();
+    void replacementFont_data();
+    void replacementFont();
+};
+
+void tst_FormServices::bandColours_data()
+{
+    QTest::addColumn<int>("colour"); // 0x00BBGGRR
+    QTest::addColumn<QColor>("first");
+    QTest::addColumn<QColor>("second");
+    QTest::addColumn<QColor>("last");
+    QTest::newRow("white ends at 7") << 0xFFFFFF << QColor(255, 255, 255) << QColor(251, 251, 251) << QColor(7, 7, 7);
+    QTest::newRow("the default blue") << 0xFF0000 << QColor(0, 0, 255) << QColor(0, 0, 251) << QColor(0, 0, 7);
+    QTest::newRow("a channel of 2 is 0 from the second band") << 0x000280 << QColor(128, 2, 0) << QColor(124, 0, 0)
+                                                               << QColor(0, 0, 0);
+    QTest::newRow("a channel of 5 goes 5, 1, 0") << 0x000005 << QColor(5, 0, 0) << QColor(1, 0, 0) << QColor(0, 0, 0);
+    QTest::newRow("the high byte is dropped, not resolved") << int(0x80FF0000u) << QColor(0, 0, 255)
+                                                             << QColor(0, 0, 251) << QColor(0, 0, 7);
+}
+
+void tst_FormServices::bandColours()
+{
+    QFETCH(int, colour);
+    QFETCH(QColor, first);
+    QFETCH(QColor, second);
+    QFETCH(QColor, last);
+    const velmora::GradientBands bands(6000, 4500, velmora::GradientChannels::fromColour(std::uint32_t(colour)));
+    QCOMPARE(rgb(bands.colour(0)), first);
+    QCOMPARE(rgb(bands.colour(1)), second);
+    QCOMPARE(rgb(bands.colour(velmora::GradientBands::Count - 1)), last);
+    // One rounding of the band height (halves to even), added up down the form.
+    QCOMPARE(velmora::GradientBands(6000, 63 * 70.5, {}).bottom(0), 70.0);
+    QCOMPARE(velmora::GradientBands(6000, 63 * 71.5, {}).bottom(62), 63 * 72.0);
+}
+
+void tst_FormServices::gradientOnTheForm()
+{
+    Form f([](VelmoraControl *v) {
+        v->setGradientFill(true);
+        v->setGradientColour(0xFFFFFF);
+    });
+    QVERIFY(f.show());
+    QCoreApplication::processEvents();
+    // Bands over the window's outer height (the frame included, so they
+    // run on below the client area), band by band from white.
+    const auto outer = [&] { return f.widget.frameGeometry().size() * 15; };
+    const velmora::GradientBands bands(outer().width(), outer().height(),
+                                       velmora::GradientChannels::fromColour(0xFFFFFF));
+    int checked = 0;
+    for (int k = 0; k < velmora::GradientBands::Count; k += 6) {
+        const int y = qRound((bands.top(k) + bands.bottom(k)) / 2 / 15);
+        if (y >= f.widget.height())
+            break;
+        QCOMPARE(f.at(5, y), rgb(bands.colour(k)));
+        ++checked;
+    }
+    QVERIFY(checked >= 8);
+
+    // Twice the size: the bands are painted again, twice as tall.
+    f.widget.resize(800, 600);
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    const velmora::GradientBands tall(outer().width(), outer().height(),
+                                      velmora::GradientChannels::fromColour(0xFFFFFF));
+    for (int k : {1, 30, 55})
+        QCOMPARE(f.at(5, qRound((tall.top(k) + tall.bottom(k)) / 2 / 15)), rgb(tall.colour(k)));
+}
+
+void tst_FormServices::gradientFollowsTheSettings()
+{
+    Form f;
+    QVERIFY(f.show());
+    const QColor plain = f.at(5, 5);
+    f.velmora->setGradientColour(0x0000FF); // no gradient yet: nothing painted
+    QCoreApplication::processEvents();
+    QCOMPARE(f.at(5, 5), plain);
+    f.velmora->setGradientFill(true);
+    QCoreApplication::processEvents();
+    QCOMPARE(f.at(5, 2), QColor(255, 0, 0));
+    f.velmora->setGradientColour(0x00FF00);
+    QCoreApplication::processEvents();
+    QCOMPARE(f.at(5, 2), QColor(0, 255, 0));
+    // Off: the painted background is cleared, the form's own shows again.
+    f.velmora->setGradientFill(false);
+    QCoreApplication::processEvents();
+    QCOMPARE(f.at(5, 5), plain);
+}
+
+void tst_FormServices::replacementFont_data()
+{
+    QTest::addColumn<QString>("family");
+    QTest::addColumn<bool>("replaced");
+    QTest::newRow("<none> replaces nothing") << "<none>" << false;
+    QTest::newRow("<NONE> is a font name") << "<NONE>" << true;
+    // Written as it stands; Qt's font keeps its face rather than take none.
+    QTest::newRow("an empty name leaves the face") << "" << false;
+    QTest::newRow("a family") << "DejaVu Serif" << true;
+}
+
+void tst_FormServices::replacementFont()
+{
+    QFETCH(QString, family);
+    QFETCH(bool, replaced);
+    Form f([&](VelmoraControl *v) { v->setReplaceFontsWith(family); });
+    QFont designed(QStringLiteral("DejaVu Sans"));
+    designed.setPointSizeF(11);
+    designed.setBold(true);
+    auto *first = new QLabel(QStringLiteral("first"), &f.widget);
+    first->setObjectName(QStringLiteral("first"));
+    first->setFont(designed);
+    first->setGeometry(10, 10, 100, 20);
+    // A control without a font holds up nothing after it.
+    auto *line = new VelmoraLine(&f.widget);
+    line->setObjectName(QStringLiteral("line"));
+    line->setGeometry(10, 40, 100, 2);
+    auto *calendar = new QCalendarWidget(&f.widget);
+    calendar->setObjectName(QStringLiteral("calendar"));
+    calendar->setGeometry(10, 50, 280, 200);
+    calendar->setFont(designed);
+    auto *last = new QLabel(QStringLiteral("last"), &f.widget);
+    last->setObjectName(QStringLiteral("last"));
+    last->setFont(designed);
+    last->setGeometry(300, 10, 90, 20);
+    QVERIFY(f.show());
+
+    const QString expected = replaced ? family : designed.family();
+    for (QWidget *w : {static_cast<QWidget *>(first), static_cast<QWidget *>(last), static_cast<QWidget *>(calendar)}) {
+        QCOMPARE(w->font().family(), expected);
+        QCOMPARE(w->font().pointSizeF(), 11.0); // the form is at its design size
+        QVERIFY(w->font().bold());
+    }
+    // The calendar's own parts: its weekday header, dates and month bar.
+    if (replaced)
+        QCOMPARE(calendar->headerTextFormat().font().family(), expected);
+    for (const char *part : {"qt_calendar_calendarview", "qt_calendar_navigationbar"})
+        QCOMPARE(calendar->findChild<QWidget *>(QLatin1String(part))->font().family(), expected);
+}
+
+QTEST_MAIN(tst_FormServices)
+#include "tst_formservices.moc"
