@@ -199,6 +199,13 @@ void VelmoraControl::setGradientColour(int colour)
         d->driver.drawGradient();
 }
 
+bool VelmoraControl::SaveWindowState() const { return d->driver.SaveWindowState; }
+void VelmoraControl::setSaveWindowState(bool on) { d->driver.SaveWindowState = on; }
+QString VelmoraControl::WindowName() const { return d->driver.WindowName; }
+void VelmoraControl::setWindowName(const QString &name) { d->driver.WindowName = name; }
+void VelmoraControl::SaveWindowSettings() { d->driver.SaveWindowSettings(); }
+void VelmoraControl::LoadWindowSettings() { d->driver.LoadWindowSettings(); }
+
 QString VelmoraControl::ReplaceFontsWith() const { return d->driver.ReplaceFontsWith; }
 void VelmoraControl::setReplaceFontsWith(const QString &family) { d->driver.ReplaceFontsWith = family; }
 

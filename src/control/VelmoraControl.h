@@ -31,6 +31,8 @@ class VelmoraControl : public QWidget {
     Q_PROPERTY(bool GradientFill READ GradientFill WRITE setGradientFill)
     Q_PROPERTY(int GradientColour READ GradientColour WRITE setGradientColour)
     Q_PROPERTY(QString ReplaceFontsWith READ ReplaceFontsWith WRITE setReplaceFontsWith)
+    Q_PROPERTY(bool SaveWindowState READ SaveWindowState WRITE setSaveWindowState)
+    Q_PROPERTY(QString WindowName READ WindowName WRITE setWindowName)
     Q_PROPERTY(double DesignFormWidth READ DesignFormWidth WRITE setDesignFormWidth)
     Q_PROPERTY(double DesignFormHeight READ DesignFormHeight WRITE setDesignFormHeight)
     Q_PROPERTY(double DesignFormScaleWidth READ DesignFormScaleWidth WRITE setDesignFormScaleWidth)
@@ -67,6 +69,18 @@ public:
     // (sizes and styles kept); "<none>", exactly, replaces nothing.
     QString ReplaceFontsWith() const;
     void setReplaceFontsWith(const QString &family);
+    // With SaveWindowState the window reopens where the user left it: its
+    // last normal rectangle and its state are kept in the per-user settings
+    // of "Velmora", under WindowName (empty: the window's title, taken once),
+    // written when the window closes and used once by the next set-up.
+    bool SaveWindowState() const;
+    void setSaveWindowState(bool on);
+    QString WindowName() const;
+    void setWindowName(const QString &name);
+    Q_INVOKABLE void SaveWindowSettings();
+    // Restores what was saved; anything missing or unusable leaves the
+    // window where it is.
+    Q_INVOKABLE void LoadWindowSettings();
 
     // The form's outer size (twips) and inner size (its ScaleMode units) at
     // design time; all 0 means "the size the form first shows with".

@@ -2,6 +2,7 @@
 
 #include "form/FontReplacement.h"
 #include "form/FormGradient.h"
+#include "form/WindowSettings.h"
 
 #include "engine/ResizeEngine.h"
 #include "layout/HostAccess.h"
@@ -84,6 +85,28 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
 {
     // Called for every event of the form: what may end the driver holds it
     // itself, and nothing here touches it afterwards.
+    if (watched == m_window && Loaded) {
+        switch (event->type()) {
+        case QEvent::Move:
+        case QEvent::Resize:
+            if (m_engine.FormReady)
+                rememberNormalRect();
+            break;
+        case QEvent::Close:
+            // Accepted, the close hides the window before it returns.
+            m_closing = true;
+            QMetaObject::invokeMethod(this, [this] { m_closing = false; }, Qt::QueuedConnection);
+            break;
+        case QEvent::Hide:
+            if (m_closing) {
+                m_closing = false;
+                FormUnloading();
+            }
+            break;
+        default:
+            break;
+        }
+    }
     if (watched == m_window && event->type() == QEvent::WindowStateChange && Loaded) {
         // Passes are skipped while minimised, and restoring sends no resize.
         const auto old = static_cast<QWindowStateChangeEvent *>(event)->oldState();
@@ -233,11 +256,18 @@ void FormDriver::FormResized()
             // Before the layout is taken, so that fonts scale from the new face.
             applyReplacementFont(*m_hostForm, ReplaceFontsWith.toStdString());
             runPass(); // the first call of a lifetime captures the layout
+            if (SaveWindowState)
+                LoadWindowSettings();
+            else if (!WindowName.isEmpty())
+                WindowSettings::remove(WindowName); // a form that stops saving leaves nothing behind
             if (!minimised())
                 runPass(); // the first real pass
             m_engine.FormReady = true;
             SettingUp = false;
+            rememberNormalRect(); // and from now on whenever the window moves or resizes
         }
+        if (LoadingWindowSettings)
+            return;
         // Nothing to show: the controls keep the layout they have, which is
         // the one the reference size stands for.
         if (collapsed())
@@ -269,6 +299,61 @@ void FormDriver::delayedResize()
     m_tmrDelayResize.stop();
     if (!collapsed() && ScaleControls)
         runPass();
+}
+
+QString FormDriver::windowName()
+{
+    // Taken from the title once, and kept: a later title does not move it.
+    if (WindowName.isEmpty() && m_hostForm)
+        WindowName = QString::fromStdString(getText(*m_hostForm, "Caption").value_or(std::string()));
+    return WindowName;
+}
+
+void FormDriver::rememberNormalRect()
+{
+    if (!m_hostForm || getLong(*m_hostForm, "WindowState").value_or(-1) != 0)
+        return;
+    qt::QtForm &f = *m_hostForm;
+    const auto l = getSingle(f, "Left"), t = getSingle(f, "Top"), w = getSingle(f, "Width"), h = getSingle(f, "Height");
+    if (l && t && w && h)
+        SavedWindowRect = QRectF(*l, *t, *w, *h);
+}
+
+void FormDriver::SaveWindowSettings()
+{
+    const QString name = windowName();
+    const int state = m_hostForm ? int(getLong(*m_hostForm, "WindowState").value_or(0)) : 0;
+    WindowSettings::save(name, {SavedWindowRect, state});
+}
+
+void FormDriver::LoadWindowSettings()
+{
+    LoadingWindowSettings = true;
+    const auto loaded = WindowSettings::load(windowName());
+    if (!loaded || !m_hostForm) {
+        WindowSettingsLoaded = LoadingWindowSettings = false;
+        return;
+    }
+    SavedWindowRect = loaded->rect;
+    qt::QtForm &f = *m_hostForm;
+    f.set("WindowState", 0);
+    f.set("Left", float(loaded->rect.left()));
+    f.set("Top", float(loaded->rect.top()));
+    f.set("Width", float(loaded->rect.width()));
+    f.set("Height", float(loaded->rect.height()));
+    // Qt keeps a state given to a hidden window for when it shows: no need
+    // to show it for a moment first.
+    f.set("WindowState", loaded->windowState);
+    // Used once: the next unload writes it again.
+    WindowSettings::remove(windowName());
+    WindowSettingsLoaded = true;
+    LoadingWindowSettings = false;
+}
+
+void FormDriver::FormUnloading()
+{
+    if (SaveWindowState && Loaded)
+        SaveWindowSettings();
 }
 
 void FormDriver::drawGradient()

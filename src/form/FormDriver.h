@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QRectF>
 #include <QTimer>
 #include <QWidget>
 
@@ -41,6 +42,17 @@ public:
     // The application gave the design sizes itself: they survive a rebind.
     bool DesignSizeGiven = false;
     std::uint32_t GradientColour = 0xFF0000;
+    // The window reopens where it was left: saved when the form unloads,
+    // restored (once) by the next set-up in place of the initial placement.
+    bool SaveWindowState = false;
+    QString WindowName; // empty: the window's title when first needed
+    QRectF SavedWindowRect; // twips: the last rectangle of the window in its normal state
+    bool WindowSettingsLoaded = false;
+    bool LoadingWindowSettings = false;
+    void SaveWindowSettings();
+    void LoadWindowSettings();
+    // WindowName, taken from the window's title the first time it is empty.
+    QString windowName();
     QString ReplaceFontsWith = QStringLiteral("<none>");
 
     // Paints the gradient background into the form's picture layer (not on
@@ -67,6 +79,8 @@ protected:
 
 private:
     void FormLoaded();
+    void FormUnloading();
+    void rememberNormalRect();
     void takeDesignSizeIfUnknown();
     void delayedResize();
     bool minimised() const;
@@ -91,6 +105,7 @@ private:
     int m_chainedPasses = 0; // passes run back to back because the last one resized the form
     bool m_resetPending = false;
     bool m_bindPending = false;
+    bool m_closing = false; // a close is being delivered; the hide that follows is the unload
     QPointer<QWidget> m_pendingForm;
 };
 

@@ -7,7 +7,10 @@
 
 #include <QCalendarWidget>
 #include <QLabel>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QTextCharFormat>
+#include <QUrl>
 #include <QtTest>
 
 namespace {
@@ -48,7 +51,156 @@ private Q_SLOTS:
     void gradientFollowsTheSettings();
     void replacementFont_data();
     void replacementFont();
+    void initTestCase();
+    void savedStateRoundTrip_data();
+    void savedStateRoundTrip();
+    void namesStayOneGroup_data();
+    void namesStayOneGroup();
+    void unusableSettingsLeaveTheWindow_data();
+    void unusableSettingsLeaveTheWindow();
+
+private:
+    QTemporaryDir m_settings;
 };
+
+void tst_FormServices::initTestCase()
+{
+    // Never the user's own settings.
+    QVERIFY(m_settings.isValid());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
+}
+
+namespace {
+
+QSettings velmoraSettings()
+{
+    return QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Velmora"), QStringLiteral("Velmora"));
+}
+
+struct SavingForm : Form {
+    explicit SavingForm(const QString &name)
+        : Form([&](VelmoraControl *v) {
+            v->setSaveWindowState(true);
+            v->setWindowName(name);
+        })
+    {
+    }
+};
+
+} // namespace
+
+void tst_FormServices::savedStateRoundTrip_data()
+{
+    QTest::addColumn<bool>("maximised");
+    QTest::newRow("closed in its normal state") << false;
+    QTest::newRow("closed maximised: reopens maximised, restores to the last normal rectangle") << true;
+}
+
+void tst_FormServices::savedStateRoundTrip()
+{
+    QFETCH(bool, maximised);
+    velmoraSettings().clear();
+    QRect normal; // the window's outer rectangle, its frame included
+    {
+        SavingForm f(QStringLiteral("Round trip"));
+        QVERIFY(f.show());
+        f.widget.setGeometry(120, 90, 500, 350);
+        QCoreApplication::processEvents();
+        normal = f.widget.frameGeometry();
+        if (maximised) {
+            f.widget.showMaximized();
+            QCoreApplication::processEvents();
+        }
+        QVERIFY(f.widget.close());
+    }
+    QSettings s = velmoraSettings();
+    QCOMPARE(s.childGroups(), QStringList{QStringLiteral("Round%20trip")});
+    QCOMPARE(s.value(QStringLiteral("Round%20trip/WindowWidth")).toString(), QString::number(normal.width() * 15));
+    QCOMPARE(s.value(QStringLiteral("Round%20trip/WindowState")).toString(), QString::number(maximised ? 2 : 0));
+
+    SavingForm again(QStringLiteral("Round trip"));
+    QVERIFY(again.show());
+    QCoreApplication::processEvents();
+    QCOMPARE(bool(again.widget.windowState() & Qt::WindowMaximized), maximised);
+    if (maximised) {
+        again.widget.showNormal();
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(again.widget.frameGeometry(), normal);
+    // Used once: gone until the window closes again.
+    QVERIFY(velmoraSettings().childGroups().isEmpty());
+}
+
+void tst_FormServices::namesStayOneGroup_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("title"); // the window's, for an empty name
+    QTest::newRow("slashes") << "../Other App/settings" << "";
+    QTest::newRow("backslashes") << "..\\..\\x" << "";
+    QTest::newRow("spaces") << "  my  window  " << "";
+    QTest::newRow("percent signs") << "%2F%2E" << "";
+    QTest::newRow("empty: the title, kept") << "" << "Main/Window";
+}
+
+void tst_FormServices::namesStayOneGroup()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, title);
+    velmoraSettings().clear();
+    {
+        SavingForm f(name);
+        f.widget.setWindowTitle(title);
+        QVERIFY(f.show());
+        QVERIFY(f.widget.close());
+        QCOMPARE(f.velmora->WindowName(), name.isEmpty() ? title : name);
+    }
+    QSettings s = velmoraSettings();
+    QCOMPARE(s.childGroups().size(), 1);
+    QVERIFY(s.childKeys().isEmpty());
+    QCOMPARE(QUrl::fromPercentEncoding(s.childGroups().at(0).toLatin1()), name.isEmpty() ? title : name);
+    s.beginGroup(s.childGroups().at(0));
+    QCOMPARE(s.childGroups(), QStringList());
+    QCOMPARE(s.childKeys().size(), 5);
+}
+
+void tst_FormServices::unusableSettingsLeaveTheWindow_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("text") << "WindowLeft" << "left";
+    QTest::newRow("NaN") << "WindowTop" << "nan";
+    QTest::newRow("huge") << "WindowWidth" << "1e30";
+    QTest::newRow("negative size") << "WindowHeight" << "-300";
+    QTest::newRow("a state that is none") << "WindowState" << "7";
+    QTest::newRow("missing") << "WindowWidth" << QString();
+}
+
+void tst_FormServices::unusableSettingsLeaveTheWindow()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, value);
+    velmoraSettings().clear();
+    {
+        QSettings s = velmoraSettings();
+        s.beginGroup(QStringLiteral("Hostile"));
+        const QStringList keys{"WindowLeft", "WindowTop", "WindowWidth", "WindowHeight", "WindowState"};
+        const QStringList good{"1500", "1500", "6000", "4500", "0"};
+        for (int i = 0; i < keys.size(); ++i)
+            s.setValue(keys.at(i), keys.at(i) == key ? value : good.at(i));
+        if (value.isNull())
+            s.remove(key);
+        s.endGroup();
+        s.setValue(QStringLiteral("Other/WindowLeft"), QStringLiteral("15")); // another window's
+    }
+    SavingForm f(QStringLiteral("Hostile"));
+    f.widget.setGeometry(30, 40, 400, 300);
+    QVERIFY(f.show());
+    QCOMPARE(f.widget.geometry(), QRect(30, 40, 400, 300));
+    QSettings s = velmoraSettings();
+    QCOMPARE(s.value(QStringLiteral("Other/WindowLeft")).toString(), QStringLiteral("15"));
+    // A failed load deletes nothing: the next close writes the group anew.
+    QVERIFY(s.childGroups().contains(QStringLiteral("Hostile")));
+}
 
 void tst_FormServices::bandColours_data()
 {
