@@ -199,6 +199,27 @@ void VelmoraControl::setGradientColour(int colour)
         d->driver.drawGradient();
 }
 
+namespace {
+
+// Below 1 is no limit; a ready form applies a new one at once.
+void setLimit(VelmoraControlPrivate &d, int velmora::FormDriver::*field, int twips)
+{
+    d.driver.*field = twips < 1 ? 0 : twips;
+    if (d.engine.FormReady)
+        d.driver.FormResized();
+}
+
+} // namespace
+
+int VelmoraControl::MinWidth() const { return d->driver.MinWidth; }
+void VelmoraControl::setMinWidth(int twips) { setLimit(*d, &velmora::FormDriver::MinWidth, twips); }
+int VelmoraControl::MinHeight() const { return d->driver.MinHeight; }
+void VelmoraControl::setMinHeight(int twips) { setLimit(*d, &velmora::FormDriver::MinHeight, twips); }
+int VelmoraControl::MaxWidth() const { return d->driver.MaxWidth; }
+void VelmoraControl::setMaxWidth(int twips) { setLimit(*d, &velmora::FormDriver::MaxWidth, twips); }
+int VelmoraControl::MaxHeight() const { return d->driver.MaxHeight; }
+void VelmoraControl::setMaxHeight(int twips) { setLimit(*d, &velmora::FormDriver::MaxHeight, twips); }
+
 bool VelmoraControl::SaveWindowState() const { return d->driver.SaveWindowState; }
 void VelmoraControl::setSaveWindowState(bool on) { d->driver.SaveWindowState = on; }
 QString VelmoraControl::WindowName() const { return d->driver.WindowName; }

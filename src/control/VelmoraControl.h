@@ -31,6 +31,10 @@ class VelmoraControl : public QWidget {
     Q_PROPERTY(bool GradientFill READ GradientFill WRITE setGradientFill)
     Q_PROPERTY(int GradientColour READ GradientColour WRITE setGradientColour)
     Q_PROPERTY(QString ReplaceFontsWith READ ReplaceFontsWith WRITE setReplaceFontsWith)
+    Q_PROPERTY(int MinWidth READ MinWidth WRITE setMinWidth)
+    Q_PROPERTY(int MinHeight READ MinHeight WRITE setMinHeight)
+    Q_PROPERTY(int MaxWidth READ MaxWidth WRITE setMaxWidth)
+    Q_PROPERTY(int MaxHeight READ MaxHeight WRITE setMaxHeight)
     Q_PROPERTY(bool SaveWindowState READ SaveWindowState WRITE setSaveWindowState)
     Q_PROPERTY(QString WindowName READ WindowName WRITE setWindowName)
     Q_PROPERTY(double DesignFormWidth READ DesignFormWidth WRITE setDesignFormWidth)
@@ -73,6 +77,18 @@ public:
     // last normal rectangle and its state are kept in the per-user settings
     // of "Velmora", under WindowName (empty: the window's title, taken once),
     // written when the window closes and used once by the next set-up.
+    // The window's outer size limits, in twips (below 1: none). Dragged past
+    // one, the window is set back to it, disabled for half a second, and
+    // the user hears a beep; a minimum counts only with a maximum at least
+    // as large, and a maximised or minimised window is left alone.
+    int MinWidth() const;
+    void setMinWidth(int twips);
+    int MinHeight() const;
+    void setMinHeight(int twips);
+    int MaxWidth() const;
+    void setMaxWidth(int twips);
+    int MaxHeight() const;
+    void setMaxHeight(int twips);
     bool SaveWindowState() const;
     void setSaveWindowState(bool on);
     QString WindowName() const;

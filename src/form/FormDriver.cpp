@@ -9,6 +9,7 @@
 #include "qt/QtForm.h"
 #include "qt/QtLayoutSettling.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QWindowStateChangeEvent>
@@ -25,6 +26,14 @@ FormDriver::FormDriver(ResizeEngine &engine, QObject *parent)
     m_tmrDelayResize.setSingleShot(true);
     m_tmrDelayResize.setInterval(DelayResizeMs);
     connect(&m_tmrDelayResize, &QTimer::timeout, this, &FormDriver::delayedResize);
+    m_tmrDisableResize.setSingleShot(true);
+    m_tmrDisableResize.setInterval(DisableResizeMs);
+    connect(&m_tmrDisableResize, &QTimer::timeout, this, [this] {
+        if (m_hostForm)
+            if (QWidget *window = m_hostForm->window())
+                window->setEnabled(true);
+    });
+    beep = [] { QApplication::beep(); };
 }
 
 FormDriver::~FormDriver() = default;
@@ -268,6 +277,8 @@ void FormDriver::FormResized()
         }
         if (LoadingWindowSettings)
             return;
+        if (!minimised() && getLong(*m_hostForm, "WindowState").value_or(0) == 0)
+            applyLimits();
         // Nothing to show: the controls keep the layout they have, which is
         // the one the reference size stands for.
         if (collapsed())
@@ -307,6 +318,29 @@ QString FormDriver::windowName()
     if (WindowName.isEmpty() && m_hostForm)
         WindowName = QString::fromStdString(getText(*m_hostForm, "Caption").value_or(std::string()));
     return WindowName;
+}
+
+void FormDriver::applyLimits()
+{
+    qt::QtForm &f = *m_hostForm;
+    const auto correct = [&](const char *dimension, int limit) {
+        if (QWidget *window = f.window())
+            window->setEnabled(false);
+        m_tmrDisableResize.start();
+        f.set(dimension, float(limit));
+        if (beep)
+            beep();
+    };
+    const auto check = [&](const char *dimension, int minimum, int maximum) {
+        if (minimum > maximum) // a minimum alone is not enforced
+            return;
+        if (const auto now = getSingle(f, dimension); now && minimum >= 1 && *now < minimum)
+            correct(dimension, minimum);
+        if (const auto now = getSingle(f, dimension); now && maximum >= 1 && *now > maximum)
+            correct(dimension, maximum);
+    };
+    check("Width", MinWidth, MaxWidth);
+    check("Height", MinHeight, MaxHeight);
 }
 
 void FormDriver::rememberNormalRect()

@@ -44,6 +44,14 @@ public:
     std::uint32_t GradientColour = 0xFF0000;
     // The window reopens where it was left: saved when the form unloads,
     // restored (once) by the next set-up in place of the initial placement.
+    // The window's outer size limits in twips (0: none). A drag past one is
+    // set back to it, with a beep and the window disabled for a moment; a
+    // minimum counts only together with a maximum at least as large.
+    int MinWidth = 0, MinHeight = 0, MaxWidth = 0, MaxHeight = 0;
+    static constexpr int DisableResizeMs = 500;
+    const QTimer &disableTimer() const { return m_tmrDisableResize; }
+    // How a correction is heard; tests listen instead.
+    std::function<void()> beep;
     bool SaveWindowState = false;
     QString WindowName; // empty: the window's title when first needed
     QRectF SavedWindowRect; // twips: the last rectangle of the window in its normal state
@@ -81,6 +89,7 @@ private:
     void FormLoaded();
     void FormUnloading();
     void rememberNormalRect();
+    void applyLimits();
     void takeDesignSizeIfUnknown();
     void delayedResize();
     bool minimised() const;
@@ -97,6 +106,7 @@ private:
     QPointer<QWidget> m_window; // where the form's window-state changes arrive
     std::shared_ptr<qt::QtForm> m_hostForm;
     QTimer m_tmrDelayResize;
+    QTimer m_tmrDisableResize;
     // Re-entry from events a pass lets run: one pass at a time; what is
     // asked for meanwhile runs once the pass is over.
     bool m_passRunning = false;

@@ -58,6 +58,8 @@ private Q_SLOTS:
     void namesStayOneGroup();
     void unusableSettingsLeaveTheWindow_data();
     void unusableSettingsLeaveTheWindow();
+    void sizeLimits_data();
+    void sizeLimits();
 
 private:
     QTemporaryDir m_settings;
@@ -333,6 +335,65 @@ void tst_FormServices::replacementFont()
         QCOMPARE(calendar->headerTextFormat().font().family(), expected);
     for (const char *part : {"qt_calendar_calendarview", "qt_calendar_navigationbar"})
         QCOMPARE(calendar->findChild<QWidget *>(QLatin1String(part))->font().family(), expected);
+}
+
+void tst_FormServices::sizeLimits_data()
+{
+    // Limits and sizes in pixels of the window's outer size (15 twips each).
+    QTest::addColumn<QSize>("minimum");
+    QTest::addColumn<QSize>("maximum");
+    QTest::addColumn<QSize>("dragTo");
+    QTest::addColumn<bool>("maximise");
+    QTest::addColumn<QSize>("expected");
+    QTest::addColumn<int>("beeps");
+    QTest::newRow("a minimum without a maximum is not enforced") << QSize(300, 0) << QSize(0, 0) << QSize(200, 300)
+                                                                << false << QSize(200, 300) << 0;
+    QTest::newRow("below the minimum: set back") << QSize(300, 0) << QSize(600, 0) << QSize(200, 300) << false
+                                                 << QSize(300, 300) << 1;
+    QTest::newRow("above the maximum: set back") << QSize(0, 0) << QSize(600, 0) << QSize(800, 300) << false
+                                                 << QSize(600, 300) << 1;
+    QTest::newRow("both dimensions") << QSize(300, 200) << QSize(600, 400) << QSize(900, 100) << false
+                                     << QSize(600, 200) << 2;
+    QTest::newRow("within the limits") << QSize(300, 200) << QSize(600, 400) << QSize(500, 300) << false
+                                       << QSize(500, 300) << 0;
+    QTest::newRow("a minimum above the maximum: neither") << QSize(700, 0) << QSize(600, 0) << QSize(900, 300)
+                                                          << false << QSize(900, 300) << 0;
+    QTest::newRow("maximised: left alone") << QSize(0, 0) << QSize(600, 0) << QSize(500, 300) << true << QSize()
+                                           << 0;
+}
+
+void tst_FormServices::sizeLimits()
+{
+    QFETCH(QSize, minimum);
+    QFETCH(QSize, maximum);
+    QFETCH(QSize, dragTo);
+    QFETCH(bool, maximise);
+    QFETCH(QSize, expected);
+    QFETCH(int, beeps);
+    Form f;
+    f.velmora->setMaxHeight(-10); // below 1 is no limit
+    QCOMPARE(f.velmora->MaxHeight(), 0);
+    int heard = 0;
+    VelmoraControlPrivate::get(f.velmora)->driver.beep = [&] { ++heard; };
+    QVERIFY(f.show());
+    f.velmora->setMinWidth(minimum.width() * 15);
+    f.velmora->setMinHeight(minimum.height() * 15);
+    f.velmora->setMaxWidth(maximum.width() * 15);
+    f.velmora->setMaxHeight(maximum.height() * 15);
+    const QSize frame = f.widget.frameGeometry().size() - f.widget.size();
+    if (maximise)
+        f.widget.showMaximized();
+    else
+        f.widget.resize(dragTo - frame);
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    QCOMPARE(heard, beeps);
+    if (!expected.isValid())
+        return;
+    QCOMPARE(f.widget.frameGeometry().size(), expected);
+    // Unusable for half a second after a correction.
+    QCOMPARE(f.widget.isEnabled(), beeps == 0);
+    QTRY_VERIFY_WITH_TIMEOUT(f.widget.isEnabled(), 2000);
 }
 
 QTEST_MAIN(tst_FormServices)
