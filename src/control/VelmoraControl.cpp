@@ -211,6 +211,59 @@ void setLimit(VelmoraControlPrivate &d, int velmora::FormDriver::*field, int twi
 
 } // namespace
 
+namespace {
+
+// The placement routines act on a form held at run time.
+template <typename Apply>
+void place(VelmoraControlPrivate &d, Apply apply)
+{
+    if (const auto &form = d.driver.hostForm(); form && d.driver.Loaded)
+        apply(*form);
+}
+
+} // namespace
+
+bool VelmoraControl::CenterX() const { return d->driver.placement.CenterX; }
+void VelmoraControl::setCenterX(bool on)
+{
+    d->driver.placement.CenterX = on;
+    place(*d, [&](velmora::qt::QtForm &f) { d->driver.placement.applyCenterX(f); });
+}
+bool VelmoraControl::CenterY() const { return d->driver.placement.CenterY; }
+void VelmoraControl::setCenterY(bool on)
+{
+    d->driver.placement.CenterY = on;
+    place(*d, [&](velmora::qt::QtForm &f) { d->driver.placement.applyCenterY(f); });
+}
+int VelmoraControl::ScaleX() const { return d->driver.placement.ScaleX; }
+void VelmoraControl::setScaleX(int percent)
+{
+    d->driver.placement.ScaleX = velmora::WindowPlacement::clampPercent(percent);
+    place(*d, [&](velmora::qt::QtForm &f) {
+        d->driver.placement.applyInitialSize(f);
+        d->driver.placement.applyCenterX(f);
+    });
+}
+int VelmoraControl::ScaleY() const { return d->driver.placement.ScaleY; }
+void VelmoraControl::setScaleY(int percent)
+{
+    d->driver.placement.ScaleY = velmora::WindowPlacement::clampPercent(percent);
+    place(*d, [&](velmora::qt::QtForm &f) {
+        d->driver.placement.applyInitialSize(f);
+        d->driver.placement.applyCenterY(f);
+    });
+}
+bool VelmoraControl::StayOnTop() const { return d->driver.placement.StayOnTop; }
+void VelmoraControl::setStayOnTop(bool on)
+{
+    d->driver.placement.StayOnTop = on;
+    velmora::WindowPlacement::applyStayOnTop(d->driver.hostForm().get(), on);
+}
+int VelmoraControl::MdiChildWidth() const { return d->driver.placement.MdiChildWidth; }
+void VelmoraControl::setMdiChildWidth(int twips) { d->driver.placement.MdiChildWidth = twips; }
+int VelmoraControl::MdiChildHeight() const { return d->driver.placement.MdiChildHeight; }
+void VelmoraControl::setMdiChildHeight(int twips) { d->driver.placement.MdiChildHeight = twips; }
+
 int VelmoraControl::MinWidth() const { return d->driver.MinWidth; }
 void VelmoraControl::setMinWidth(int twips) { setLimit(*d, &velmora::FormDriver::MinWidth, twips); }
 int VelmoraControl::MinHeight() const { return d->driver.MinHeight; }

@@ -31,6 +31,13 @@ class VelmoraControl : public QWidget {
     Q_PROPERTY(bool GradientFill READ GradientFill WRITE setGradientFill)
     Q_PROPERTY(int GradientColour READ GradientColour WRITE setGradientColour)
     Q_PROPERTY(QString ReplaceFontsWith READ ReplaceFontsWith WRITE setReplaceFontsWith)
+    Q_PROPERTY(bool CenterX READ CenterX WRITE setCenterX)
+    Q_PROPERTY(bool CenterY READ CenterY WRITE setCenterY)
+    Q_PROPERTY(int ScaleX READ ScaleX WRITE setScaleX)
+    Q_PROPERTY(int ScaleY READ ScaleY WRITE setScaleY)
+    Q_PROPERTY(bool StayOnTop READ StayOnTop WRITE setStayOnTop)
+    Q_PROPERTY(int MdiChildWidth READ MdiChildWidth WRITE setMdiChildWidth)
+    Q_PROPERTY(int MdiChildHeight READ MdiChildHeight WRITE setMdiChildHeight)
     Q_PROPERTY(int MinWidth READ MinWidth WRITE setMinWidth)
     Q_PROPERTY(int MinHeight READ MinHeight WRITE setMinHeight)
     Q_PROPERTY(int MaxWidth READ MaxWidth WRITE setMaxWidth)
@@ -77,6 +84,26 @@ public:
     // last normal rectangle and its state are kept in the per-user settings
     // of "Velmora", under WindowName (empty: the window's title, taken once),
     // written when the window closes and used once by the next set-up.
+    // Where the window first appears (unless a saved state places it):
+    // centred on its screen (an MDI child: in its MDI area) and ScaleX /
+    // ScaleY percent of it wide and high (0: as designed). Set on a shown
+    // window, they act at once on a window in its normal state.
+    bool CenterX() const;
+    void setCenterX(bool on);
+    bool CenterY() const;
+    void setCenterY(bool on);
+    int ScaleX() const;
+    void setScaleX(int percent); // 0 to 100
+    int ScaleY() const;
+    void setScaleY(int percent);
+    // Above other windows; changed without hiding or re-creating the window.
+    bool StayOnTop() const;
+    void setStayOnTop(bool on);
+    // The size an MDI child form starts with, in twips (0: as designed).
+    int MdiChildWidth() const;
+    void setMdiChildWidth(int twips);
+    int MdiChildHeight() const;
+    void setMdiChildHeight(int twips);
     // The window's outer size limits, in twips (below 1: none). Dragged past
     // one, the window is set back to it, disabled for half a second, and
     // the user hears a beep; a minimum counts only with a maximum at least

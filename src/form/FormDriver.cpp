@@ -183,6 +183,7 @@ void FormDriver::FormLoaded()
 {
     takeDesignSizeIfUnknown();
     Loaded = true;
+    WindowPlacement::applyStayOnTop(m_hostForm.get(), placement.StayOnTop);
 }
 
 bool FormDriver::minimised() const
@@ -264,11 +265,18 @@ void FormDriver::FormResized()
             SettingUp = true;
             // Before the layout is taken, so that fonts scale from the new face.
             applyReplacementFont(*m_hostForm, ReplaceFontsWith.toStdString());
+            placement.applyMdiChildSize(*m_hostForm);
             runPass(); // the first call of a lifetime captures the layout
-            if (SaveWindowState)
+            if (SaveWindowState) {
                 LoadWindowSettings();
-            else if (!WindowName.isEmpty())
-                WindowSettings::remove(WindowName); // a form that stops saving leaves nothing behind
+            } else {
+                if (!WindowName.isEmpty())
+                    WindowSettings::remove(WindowName); // a form that stops saving leaves nothing behind
+                // Centred at the size it starts with.
+                placement.applyInitialSize(*m_hostForm);
+                placement.applyCenterX(*m_hostForm);
+                placement.applyCenterY(*m_hostForm);
+            }
             if (!minimised())
                 runPass(); // the first real pass
             m_engine.FormReady = true;

@@ -3,6 +3,8 @@
 // set-up, every later resize runs a pass at once or when resizing pauses.
 #pragma once
 
+#include "form/WindowPlacement.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QRectF>
@@ -52,6 +54,7 @@ public:
     const QTimer &disableTimer() const { return m_tmrDisableResize; }
     // How a correction is heard; tests listen instead.
     std::function<void()> beep;
+    WindowPlacement placement;
     bool SaveWindowState = false;
     QString WindowName; // empty: the window's title when first needed
     QRectF SavedWindowRect; // twips: the last rectangle of the window in its normal state

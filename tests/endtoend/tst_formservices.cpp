@@ -7,6 +7,10 @@
 
 #include <QCalendarWidget>
 #include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QScreen>
+#include <QWindow>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTextCharFormat>
@@ -60,6 +64,10 @@ private Q_SLOTS:
     void unusableSettingsLeaveTheWindow();
     void sizeLimits_data();
     void sizeLimits();
+    void firstPlacement_data();
+    void firstPlacement();
+    void mdiChildPlacement();
+    void stayOnTopKeepsTheWindow();
 
 private:
     QTemporaryDir m_settings;
@@ -394,6 +402,95 @@ void tst_FormServices::sizeLimits()
     // Unusable for half a second after a correction.
     QCOMPARE(f.widget.isEnabled(), beeps == 0);
     QTRY_VERIFY_WITH_TIMEOUT(f.widget.isEnabled(), 2000);
+}
+
+void tst_FormServices::firstPlacement_data()
+{
+    QTest::addColumn<int>("scaleX");
+    QTest::addColumn<int>("scaleY");
+    QTest::addColumn<bool>("centre");
+    QTest::addColumn<bool>("maximised");
+    QTest::addColumn<QSizeF>("share"); // of the screen, for the outer size; 0: as designed
+    QTest::newRow("half as wide, centred") << 50 << 0 << true << false << QSizeF(0.5, 0);
+    QTest::newRow("only the height") << 0 << 50 << false << false << QSizeF(0, 0.5);
+    QTest::newRow("150 percent is 100") << 150 << 0 << true << false << QSizeF(1, 0);
+    QTest::newRow("-5 percent is 0") << -5 << 0 << true << false << QSizeF(0, 0);
+    QTest::newRow("maximised: neither sized nor centred") << 50 << 50 << true << true << QSizeF(0, 0);
+}
+
+void tst_FormServices::firstPlacement()
+{
+    QFETCH(int, scaleX);
+    QFETCH(int, scaleY);
+    QFETCH(bool, centre);
+    QFETCH(bool, maximised);
+    QFETCH(QSizeF, share);
+    Form f([&](VelmoraControl *v) {
+        v->setScaleX(scaleX);
+        v->setScaleY(scaleY);
+        v->setCenterX(centre);
+        v->setCenterY(centre);
+    });
+    QCOMPARE(f.velmora->ScaleX(), qBound(0, scaleX, 100));
+    f.widget.move(3, 4);
+    if (maximised)
+        f.widget.setWindowState(Qt::WindowMaximized);
+    QVERIFY(f.show());
+    QCoreApplication::processEvents();
+    if (maximised) {
+        QVERIFY(f.widget.isMaximized());
+        f.widget.showNormal();
+        QCoreApplication::processEvents();
+        QCOMPARE(f.widget.pos(), QPoint(3, 4));
+        return;
+    }
+    const QRect screen = f.widget.screen()->geometry();
+    const QRect outer = f.widget.frameGeometry();
+    const int frameW = outer.width() - f.widget.width(), frameH = outer.height() - f.widget.height();
+    QVERIFY(qAbs(outer.width() - (share.width() > 0 ? screen.width() * share.width() : 400 + frameW)) <= 1);
+    QVERIFY(qAbs(outer.height() - (share.height() > 0 ? screen.height() * share.height() : 300 + frameH)) <= 1);
+    if (centre) {
+        QVERIFY2(qAbs(outer.center().x() - screen.center().x()) <= 1, qPrintable(QString::number(outer.x())));
+        QVERIFY(qAbs(outer.center().y() - screen.center().y()) <= 1);
+    } else {
+        QCOMPARE(outer.topLeft(), QPoint(3, 4));
+    }
+}
+
+void tst_FormServices::mdiChildPlacement()
+{
+    QMdiArea area;
+    area.resize(800, 600);
+    area.show();
+    auto *form = new QWidget;
+    form->resize(200, 150);
+    auto *velmora = new VelmoraControl(form);
+    velmora->setResizeOnMouseUp(false);
+    velmora->setMdiChildWidth(450 * 15);
+    velmora->setMdiChildHeight(300 * 15);
+    velmora->setCenterX(true);
+    QMdiSubWindow *sub = area.addSubWindow(form);
+    sub->show();
+    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));
+    // Its own size, centred across the MDI area, not the screen.
+    QCOMPARE(sub->frameGeometry().size(), QSize(450, 300));
+    QVERIFY2(qAbs(sub->geometry().center().x() - area.viewport()->width() / 2) <= 1,
+             qPrintable(QString::number(sub->x())));
+}
+
+void tst_FormServices::stayOnTopKeepsTheWindow()
+{
+    Form f;
+    QVERIFY(f.show());
+    const WId id = f.widget.winId();
+    for (const bool on : {true, false}) {
+        f.velmora->setStayOnTop(on);
+        QCoreApplication::processEvents();
+        QCOMPARE(bool(f.widget.windowHandle()->flags() & Qt::WindowStaysOnTopHint), on);
+        QCOMPARE(bool(f.widget.windowFlags() & Qt::WindowStaysOnTopHint), on);
+        QVERIFY(f.widget.isVisible());
+        QCOMPARE(f.widget.winId(), id);
+    }
 }
 
 QTEST_MAIN(tst_FormServices)
