@@ -7,6 +7,7 @@
 
 #include <QEvent>
 #include <QMainWindow>
+#include <QGuiApplication>
 #include <QMessageBox>
 
 using velmora::HostObjectPtr;
@@ -39,8 +40,37 @@ VelmoraControlPrivate::VelmoraControlPrivate(VelmoraControl *owner)
     engine.events.warning = [](const std::string &text) { qWarning("Velmora: %s", text.c_str()); };
     driver.keepAlive = [this]() -> std::shared_ptr<void> { return shared_from_this(); };
     QObject::connect(&driver, &velmora::FormDriver::trappedError, q, [owner](const QString &text) {
-        QMessageBox::critical(owner->window(), QString(), text);
+        VelmoraControl::trappedErrorHandler()(owner->window(), text);
     });
+}
+
+namespace {
+
+void showTrappedError(QWidget *window, const QString &text)
+{
+    // OK only, under the application's own name.
+    QMessageBox box(QMessageBox::Critical, QGuiApplication::applicationDisplayName(), text, QMessageBox::Ok, window);
+    box.exec();
+}
+
+VelmoraControl::TrappedErrorHandler &handlerSlot()
+{
+    static VelmoraControl::TrappedErrorHandler handler = showTrappedError;
+    return handler;
+}
+
+} // namespace
+
+VelmoraControl::TrappedErrorHandler VelmoraControl::trappedErrorHandler()
+{
+    return handlerSlot();
+}
+
+VelmoraControl::TrappedErrorHandler VelmoraControl::setTrappedErrorHandler(TrappedErrorHandler handler)
+{
+    TrappedErrorHandler previous = handlerSlot();
+    handlerSlot() = handler ? std::move(handler) : TrappedErrorHandler(showTrappedError);
+    return previous;
 }
 
 QWidget *VelmoraControlPrivate::formFor(QWidget *parent)
@@ -277,6 +307,8 @@ bool VelmoraControl::SaveWindowState() const { return d->driver.SaveWindowState;
 void VelmoraControl::setSaveWindowState(bool on) { d->driver.SaveWindowState = on; }
 QString VelmoraControl::WindowName() const { return d->driver.WindowName; }
 void VelmoraControl::setWindowName(const QString &name) { d->driver.WindowName = name; }
+bool VelmoraControl::KeepOnScreen() const { return d->driver.KeepOnScreen; }
+void VelmoraControl::setKeepOnScreen(bool on) { d->driver.KeepOnScreen = on; }
 void VelmoraControl::SaveWindowSettings() { d->driver.SaveWindowSettings(); }
 void VelmoraControl::LoadWindowSettings() { d->driver.LoadWindowSettings(); }
 

@@ -11,6 +11,7 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace velmora {
@@ -44,6 +45,7 @@ class VelmoraControl : public QWidget {
     Q_PROPERTY(int MaxHeight READ MaxHeight WRITE setMaxHeight)
     Q_PROPERTY(bool SaveWindowState READ SaveWindowState WRITE setSaveWindowState)
     Q_PROPERTY(QString WindowName READ WindowName WRITE setWindowName)
+    Q_PROPERTY(bool KeepOnScreen READ KeepOnScreen WRITE setKeepOnScreen)
     Q_PROPERTY(double DesignFormWidth READ DesignFormWidth WRITE setDesignFormWidth)
     Q_PROPERTY(double DesignFormHeight READ DesignFormHeight WRITE setDesignFormHeight)
     Q_PROPERTY(double DesignFormScaleWidth READ DesignFormScaleWidth WRITE setDesignFormScaleWidth)
@@ -120,10 +122,22 @@ public:
     void setSaveWindowState(bool on);
     QString WindowName() const;
     void setWindowName(const QString &name);
+    // A window restored off every screen (a monitor went away) is brought
+    // back onto the nearest one, shrunk to fit if need be. Off by default.
+    bool KeepOnScreen() const;
+    void setKeepOnScreen(bool on);
     Q_INVOKABLE void SaveWindowSettings();
     // Restores what was saved; anything missing or unusable leaves the
     // window where it is.
     Q_INVOKABLE void LoadWindowSettings();
+
+    // Shows what the set-up could not recover from ("QxVelmora Trapped
+    // Error = " and the reason): a message box by default. Replaceable for
+    // the whole process (tests record instead; nullptr restores the box);
+    // returns the handler it replaced.
+    using TrappedErrorHandler = std::function<void(QWidget *window, const QString &text)>;
+    static TrappedErrorHandler trappedErrorHandler();
+    static TrappedErrorHandler setTrappedErrorHandler(TrappedErrorHandler handler);
 
     // The form's outer size (twips) and inner size (its ScaleMode units) at
     // design time; all 0 means "the size the form first shows with".

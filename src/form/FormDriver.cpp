@@ -2,6 +2,7 @@
 
 #include "form/FontReplacement.h"
 #include "form/FormGradient.h"
+#include "form/SizeLimitHooks.h"
 #include "form/WindowSettings.h"
 
 #include "engine/ResizeEngine.h"
@@ -11,6 +12,8 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QEvent>
 #include <QWindowStateChangeEvent>
 #include <QWidget>
@@ -36,7 +39,12 @@ FormDriver::FormDriver(ResizeEngine &engine, QObject *parent)
     beep = [] { QApplication::beep(); };
 }
 
-FormDriver::~FormDriver() = default;
+FormDriver::~FormDriver()
+{
+    // The window may be on its way out with us: its rows go, it is not touched.
+    if (m_window)
+        SizeLimitHooks::forgetWindow(m_window);
+}
 
 void FormDriver::bind(QWidget *form)
 {
@@ -383,6 +391,8 @@ void FormDriver::LoadWindowSettings()
     f.set("Top", float(loaded->rect.top()));
     f.set("Width", float(loaded->rect.width()));
     f.set("Height", float(loaded->rect.height()));
+    if (KeepOnScreen)
+        bringOnScreen();
     // Qt keeps a state given to a hidden window for when it shows: no need
     // to show it for a moment first.
     f.set("WindowState", loaded->windowState);
@@ -392,10 +402,45 @@ void FormDriver::LoadWindowSettings()
     LoadingWindowSettings = false;
 }
 
+void FormDriver::bringOnScreen()
+{
+    QWidget *window = m_hostForm ? m_hostForm->window() : nullptr;
+    if (!window || !window->isWindow())
+        return; // an MDI child stays within its area by itself
+    const QRect frame = window->frameGeometry();
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    QScreen *nearest = nullptr;
+    qint64 best = -1;
+    for (QScreen *screen : screens) {
+        const QRect area = screen->availableGeometry();
+        if (area.intersects(frame))
+            return; // the user can reach it
+        const QPoint d = area.center() - frame.center();
+        const qint64 distance = qint64(d.x()) * d.x() + qint64(d.y()) * d.y();
+        if (!nearest || distance < best) {
+            nearest = screen;
+            best = distance;
+        }
+    }
+    if (!nearest)
+        return;
+    const QRect area = nearest->availableGeometry();
+    const QSize decoration = frame.size() - window->size();
+    const QSize size = frame.size().boundedTo(area.size());
+    window->resize((size - decoration).expandedTo(QSize(1, 1)));
+    QRect placed(frame.topLeft(), size);
+    placed.moveLeft(qBound(area.left(), placed.left(), area.right() - size.width() + 1));
+    placed.moveTop(qBound(area.top(), placed.top(), area.bottom() - size.height() + 1));
+    window->move(placed.topLeft());
+    rememberNormalRect();
+}
+
 void FormDriver::FormUnloading()
 {
     if (SaveWindowState && Loaded)
         SaveWindowSettings();
+    if (m_hostForm)
+        SizeLimitHooks::unhookWindow(m_hostForm->window()); // in case one is left
 }
 
 void FormDriver::drawGradient()

@@ -58,6 +58,9 @@ public:
     bool SaveWindowState = false;
     QString WindowName; // empty: the window's title when first needed
     QRectF SavedWindowRect; // twips: the last rectangle of the window in its normal state
+    // After a saved state is loaded: a window lying off every screen comes
+    // back onto the nearest one, shrunk to fit it if need be.
+    bool KeepOnScreen = false;
     bool WindowSettingsLoaded = false;
     bool LoadingWindowSettings = false;
     void SaveWindowSettings();
@@ -93,6 +96,7 @@ private:
     void FormUnloading();
     void rememberNormalRect();
     void applyLimits();
+    void bringOnScreen();
     void takeDesignSizeIfUnknown();
     void delayedResize();
     bool minimised() const;

@@ -3,6 +3,7 @@
 #include "control/VelmoraControl.h"
 #include "control/VelmoraControl_p.h"
 #include "form/FormGradient.h"
+#include "form/SizeLimitHooks.h"
 #include "widgets/VelmoraLine.h"
 
 #include <QCalendarWidget>
@@ -68,6 +69,10 @@ private Q_SLOTS:
     void firstPlacement();
     void mdiChildPlacement();
     void stayOnTopKeepsTheWindow();
+    void sizeLimitHooksChain();
+    void keepOnScreen_data();
+    void keepOnScreen();
+    void trappedErrorsGoToTheHandler();
 
 private:
     QTemporaryDir m_settings;
@@ -491,6 +496,91 @@ void tst_FormServices::stayOnTopKeepsTheWindow()
         QVERIFY(f.widget.isVisible());
         QCOMPARE(f.widget.winId(), id);
     }
+}
+
+void tst_FormServices::sizeLimitHooksChain()
+{
+    using velmora::SizeLimitHooks;
+    QWidget window;
+    window.setMinimumSize(10, 10);
+    QWidget other;
+    SizeLimitHooks::unhookWindow(&other); // never hooked: nothing happens
+    QCOMPARE(SizeLimitHooks::rowsFor(&other), 0);
+
+    // 32767 pixels: larger than any screen, so the window may grow past it.
+    SizeLimitHooks::hookWindow(&window, 100 * 15, 50 * 15, 32767 * 15, 32767 * 15);
+    QCOMPARE(window.minimumSize(), QSize(100, 50));
+    QCOMPARE(window.maximumSize(), QSize(32767, 32767));
+    SizeLimitHooks::hookWindow(&window, 22 * 15 + 7, 0, 400 * 15 + 8, 300 * 15); // 22.47 and 400.53 pixels
+    QCOMPARE(window.minimumSize(), QSize(22, 0));
+    QCOMPARE(window.maximumSize(), QSize(401, 300));
+    QCOMPARE(SizeLimitHooks::rowsFor(&window), 2);
+    // The last row goes first, each putting back what it found.
+    SizeLimitHooks::unhookWindow(&window);
+    QCOMPARE(window.minimumSize(), QSize(100, 50));
+    SizeLimitHooks::unhookWindow(&window);
+    QCOMPARE(window.minimumSize(), QSize(10, 10));
+    QCOMPARE(window.maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
+    QCOMPARE(SizeLimitHooks::rowsFor(&window), 0);
+
+    // A window that goes away takes its rows with it.
+    auto *gone = new QWidget;
+    SizeLimitHooks::hookWindow(gone, 0, 0, 1500, 1500);
+    delete gone;
+    QCOMPARE(SizeLimitHooks::rowsFor(gone), 0);
+}
+
+void tst_FormServices::keepOnScreen_data()
+{
+    QTest::addColumn<bool>("keep");
+    QTest::addColumn<QRect>("saved"); // pixels
+    QTest::newRow("off screen, kept as saved") << false << QRect(5000, 4000, 300, 200);
+    QTest::newRow("off screen, brought back") << true << QRect(5000, 4000, 300, 200);
+    QTest::newRow("off screen and larger than it") << true << QRect(-9000, 100, 5000, 4000);
+    QTest::newRow("partly on screen: left alone") << true << QRect(-100, 50, 300, 200);
+}
+
+void tst_FormServices::keepOnScreen()
+{
+    QFETCH(bool, keep);
+    QFETCH(QRect, saved);
+    velmoraSettings().clear();
+    {
+        QSettings s = velmoraSettings();
+        s.beginGroup(QStringLiteral("Screens"));
+        const int values[] = {saved.x() * 15, saved.y() * 15, saved.width() * 15, saved.height() * 15};
+        const char *keys[] = {"WindowLeft", "WindowTop", "WindowWidth", "WindowHeight"};
+        for (int i = 0; i < 4; ++i)
+            s.setValue(QLatin1String(keys[i]), QString::number(values[i]));
+        s.setValue(QStringLiteral("WindowState"), QStringLiteral("0"));
+    }
+    SavingForm f(QStringLiteral("Screens"));
+    f.velmora->setKeepOnScreen(keep);
+    QVERIFY(f.show());
+    QCoreApplication::processEvents();
+    const QRect frame = f.widget.frameGeometry();
+    const QRect area = f.widget.screen()->availableGeometry();
+    if (!keep || area.intersects(saved)) {
+        // Where it was saved (give or take the frame the platform adds).
+        QVERIFY((frame.topLeft() - saved.topLeft()).manhattanLength() <= 4);
+        return;
+    }
+    QVERIFY2(area.contains(frame), qPrintable(QStringLiteral("%1,%2 %3x%4").arg(frame.x()).arg(frame.y())
+                                                 .arg(frame.width()).arg(frame.height())));
+    QCOMPARE(frame.size(), saved.size().boundedTo(area.size()));
+}
+
+void tst_FormServices::trappedErrorsGoToTheHandler()
+{
+    QStringList shown;
+    const auto previous = VelmoraControl::setTrappedErrorHandler(
+        [&](QWidget *window, const QString &text) { shown << window->objectName() + QLatin1Char(':') + text; });
+    Form f;
+    f.widget.setObjectName(QStringLiteral("form"));
+    QVERIFY(f.show());
+    Q_EMIT VelmoraControlPrivate::get(f.velmora)->driver.trappedError(QStringLiteral("QxVelmora Trapped Error = x"));
+    VelmoraControl::setTrappedErrorHandler(previous);
+    QCOMPARE(shown, QStringList{QStringLiteral("form:QxVelmora Trapped Error = x")});
 }
 
 QTEST_MAIN(tst_FormServices)
