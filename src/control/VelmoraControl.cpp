@@ -253,6 +253,15 @@ void place(VelmoraControlPrivate &d, Apply apply)
 
 } // namespace
 
+VelmoraControl::FormOpenEffects VelmoraControl::FormOpen() const { return FormOpenEffects(d->driver.FormOpen); }
+void VelmoraControl::setFormOpen(FormOpenEffects effect) { d->driver.FormOpen = effect; }
+double VelmoraControl::FormOpenTime() const { return d->driver.FormOpenTime; }
+void VelmoraControl::setFormOpenTime(double seconds) { d->driver.FormOpenTime = seconds; }
+VelmoraControl::FormCloseEffects VelmoraControl::FormClose() const { return FormCloseEffects(d->driver.FormClose); }
+void VelmoraControl::setFormClose(FormCloseEffects effect) { d->driver.FormClose = effect; }
+double VelmoraControl::FormCloseTime() const { return d->driver.FormCloseTime; }
+void VelmoraControl::setFormCloseTime(double seconds) { d->driver.FormCloseTime = seconds; }
+
 bool VelmoraControl::CenterX() const { return d->driver.placement.CenterX; }
 void VelmoraControl::setCenterX(bool on)
 {

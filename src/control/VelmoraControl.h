@@ -32,6 +32,10 @@ class VelmoraControl : public QWidget {
     Q_PROPERTY(bool GradientFill READ GradientFill WRITE setGradientFill)
     Q_PROPERTY(int GradientColour READ GradientColour WRITE setGradientColour)
     Q_PROPERTY(QString ReplaceFontsWith READ ReplaceFontsWith WRITE setReplaceFontsWith)
+    Q_PROPERTY(FormOpenEffects FormOpen READ FormOpen WRITE setFormOpen)
+    Q_PROPERTY(double FormOpenTime READ FormOpenTime WRITE setFormOpenTime)
+    Q_PROPERTY(FormCloseEffects FormClose READ FormClose WRITE setFormClose)
+    Q_PROPERTY(double FormCloseTime READ FormCloseTime WRITE setFormCloseTime)
     Q_PROPERTY(bool CenterX READ CenterX WRITE setCenterX)
     Q_PROPERTY(bool CenterY READ CenterY WRITE setCenterY)
     Q_PROPERTY(int ScaleX READ ScaleX WRITE setScaleX)
@@ -54,6 +58,10 @@ class VelmoraControl : public QWidget {
 public:
     enum FormPictureEffects { FpNone = 0, FpFit = 1, FpCenter = 2, FpTile = 3 };
     Q_ENUM(FormPictureEffects)
+    enum FormOpenEffects { FoNone = 0, FoWipeLeft, FoWipeRight, FoWipeUp, FoWipeDown, FoWipeVertical, FoWipeHorizontal, FoFold };
+    Q_ENUM(FormOpenEffects)
+    enum FormCloseEffects { FcNone = 0, FcWipeLeft, FcWipeRight, FcWipeUp, FcWipeDown, FcWipeVertical, FcWipeHorizontal, FcFold };
+    Q_ENUM(FormCloseEffects)
 
     explicit VelmoraControl(QWidget *parent = nullptr);
     ~VelmoraControl() override;
@@ -86,6 +94,17 @@ public:
     // last normal rectangle and its state are kept in the per-user settings
     // of "Velmora", under WindowName (empty: the window's title, taken once),
     // written when the window closes and used once by the next set-up.
+    // The wipe the window opens with (when first shown) and closes with
+    // (when a close is accepted), and how long each takes in seconds (0 or
+    // less: as fast as it goes).
+    FormOpenEffects FormOpen() const;
+    void setFormOpen(FormOpenEffects effect);
+    double FormOpenTime() const;
+    void setFormOpenTime(double seconds);
+    FormCloseEffects FormClose() const;
+    void setFormClose(FormCloseEffects effect);
+    double FormCloseTime() const;
+    void setFormCloseTime(double seconds);
     // Where the window first appears (unless a saved state places it):
     // centred on its screen (an MDI child: in its MDI area) and ScaleX /
     // ScaleY percent of it wide and high (0: as designed). Set on a shown

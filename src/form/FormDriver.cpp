@@ -4,6 +4,7 @@
 #include "form/FormGradient.h"
 #include "form/SizeLimitHooks.h"
 #include "form/WindowSettings.h"
+#include "form/WipeEffect.h"
 
 #include "engine/ResizeEngine.h"
 #include "layout/HostAccess.h"
@@ -109,17 +110,20 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
             if (m_engine.FormReady)
                 rememberNormalRect();
             break;
-        case QEvent::Close:
-            // Accepted, the close hides the window before it returns.
-            m_closing = true;
-            QMetaObject::invokeMethod(this, [this] { m_closing = false; }, Qt::QueuedConnection);
-            break;
-        case QEvent::Hide:
-            if (m_closing) {
-                m_closing = false;
+        case QEvent::Close: {
+            if (m_inClose)
+                break;
+            // The window decides first; only a close it accepts unloads the
+            // form, and the close effect plays while the window still shows.
+            const auto alive = hold();
+            QPointer<QWidget> window = m_window;
+            m_inClose = true;
+            QCoreApplication::sendEvent(window, event);
+            m_inClose = false;
+            if (event->isAccepted() && window)
                 FormUnloading();
-            }
-            break;
+            return true; // delivered: its answer stands
+        }
         default:
             break;
         }
@@ -192,6 +196,10 @@ void FormDriver::FormLoaded()
     takeDesignSizeIfUnknown();
     Loaded = true;
     WindowPlacement::applyStayOnTop(m_hostForm.get(), placement.StayOnTop);
+    // Nothing of the window shows until its opening wipe starts.
+    if (FormOpen > 0 && m_hostForm)
+        if (QWidget *window = m_hostForm->window())
+            window->setMask(QRegion(-2, -2, 1, 1));
 }
 
 bool FormDriver::minimised() const
@@ -286,7 +294,8 @@ void FormDriver::FormResized()
                 placement.applyCenterY(*m_hostForm);
             }
             if (!minimised())
-                runPass(); // the first real pass
+                runPass(); // the first real pass, the gradient painted after it
+            playEffect(true);
             m_engine.FormReady = true;
             SettingUp = false;
             rememberNormalRect(); // and from now on whenever the window moves or resizes
@@ -435,10 +444,39 @@ void FormDriver::bringOnScreen()
     rememberNormalRect();
 }
 
+void FormDriver::playEffect(bool opening)
+{
+    QPointer<QWidget> window = m_hostForm ? m_hostForm->window() : nullptr;
+    const int kind = opening ? FormOpen : FormClose;
+    if (!window)
+        return;
+    if (minimised() || kind == 0) {
+        if (opening && kind != 0)
+            window->clearMask(); // it will not wipe in: show it whole
+        return;
+    }
+    const QRect frame = window->frameGeometry();
+    // Regions count from the frame's corner; a widget's mask from its own.
+    const QPoint inset = window->geometry().topLeft() - frame.topLeft();
+    const WipeEffect wipe(opening, kind, frame, opening ? FormOpenTime : FormCloseTime);
+    wipe.play(
+        [&](const QRect &r) {
+            if (window)
+                window->setMask(r.isEmpty() ? QRegion(-2, -2, 1, 1) : QRegion(r.translated(-inset)));
+        },
+        [] { QCoreApplication::processEvents(); });
+    if (!window)
+        return;
+    if (opening)
+        window->clearMask();
+    WindowPlacement::applyStayOnTop(m_hostForm.get(), placement.StayOnTop);
+}
+
 void FormDriver::FormUnloading()
 {
     if (SaveWindowState && Loaded)
         SaveWindowSettings();
+    playEffect(false);
     if (m_hostForm)
         SizeLimitHooks::unhookWindow(m_hostForm->window()); // in case one is left
 }

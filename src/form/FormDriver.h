@@ -55,6 +55,11 @@ public:
     // How a correction is heard; tests listen instead.
     std::function<void()> beep;
     WindowPlacement placement;
+    // Wipes (WipeEffect kinds) the window opens and closes with, and how
+    // long they take in seconds.
+    int FormOpen = 0, FormClose = 0;
+    double FormOpenTime = 1, FormCloseTime = 1;
+    void playEffect(bool opening);
     bool SaveWindowState = false;
     QString WindowName; // empty: the window's title when first needed
     QRectF SavedWindowRect; // twips: the last rectangle of the window in its normal state
@@ -122,7 +127,7 @@ private:
     int m_chainedPasses = 0; // passes run back to back because the last one resized the form
     bool m_resetPending = false;
     bool m_bindPending = false;
-    bool m_closing = false; // a close is being delivered; the hide that follows is the unload
+    bool m_inClose = false; // delivering the window's close ourselves, to learn its answer
     QPointer<QWidget> m_pendingForm;
 };
 

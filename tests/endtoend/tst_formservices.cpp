@@ -4,9 +4,11 @@
 #include "control/VelmoraControl_p.h"
 #include "form/FormGradient.h"
 #include "form/SizeLimitHooks.h"
+#include "form/WipeEffect.h"
 #include "widgets/VelmoraLine.h"
 
 #include <QCalendarWidget>
+#include <QCloseEvent>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -73,6 +75,10 @@ private Q_SLOTS:
     void keepOnScreen_data();
     void keepOnScreen();
     void trappedErrorsGoToTheHandler();
+    void wipeRegions_data();
+    void wipeRegions();
+    void wipesOnAWindow_data();
+    void wipesOnAWindow();
 
 private:
     QTemporaryDir m_settings;
@@ -581,6 +587,100 @@ void tst_FormServices::trappedErrorsGoToTheHandler()
     Q_EMIT VelmoraControlPrivate::get(f.velmora)->driver.trappedError(QStringLiteral("QxVelmora Trapped Error = x"));
     VelmoraControl::setTrappedErrorHandler(previous);
     QCOMPARE(shown, QStringList{QStringLiteral("form:QxVelmora Trapped Error = x")});
+}
+
+void tst_FormServices::wipeRegions_data()
+{
+    // A window of 200 x 100 pixels wiping as fast as it goes: 100 steps of
+    // 2 x 1 pixels; the fold strip is 90..110.
+    using W = velmora::WipeEffect;
+    QTest::addColumn<bool>("opening");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QPoint>("at"); // the window's corner on the screen
+    QTest::addColumn<int>("step");
+    QTest::addColumn<QRect>("region"); // null: this step changes nothing
+    const QPoint origin(0, 0);
+    QTest::newRow("opening left") << true << int(W::WipeLeft) << origin << 25 << QRect(150, 0, 50, 100);
+    QTest::newRow("opening right") << true << int(W::WipeRight) << origin << 25 << QRect(0, 0, 50, 100);
+    QTest::newRow("opening up") << true << int(W::WipeUp) << origin << 25 << QRect(0, 75, 200, 25);
+    QTest::newRow("opening down") << true << int(W::WipeDown) << origin << 25 << QRect(0, 0, 200, 25);
+    QTest::newRow("opening vertical") << true << int(W::WipeVertical) << origin << 50 << QRect(50, 0, 100, 100);
+    QTest::newRow("opening horizontal") << true << int(W::WipeHorizontal) << origin << 50 << QRect(0, 25, 200, 50);
+    QTest::newRow("opening fold: the strip") << true << int(W::Fold) << origin << 10 << QRect(90, 40, 20, 20);
+    QTest::newRow("opening fold: not wider than the strip") << true << int(W::Fold) << origin << 50 << QRect();
+    QTest::newRow("opening fold: sideways") << true << int(W::Fold) << origin << 60 << QRect(80, 0, 40, 100);
+    QTest::newRow("closing left") << false << int(W::WipeLeft) << origin << 25 << QRect(0, 0, 150, 100);
+    QTest::newRow("closing right") << false << int(W::WipeRight) << origin << 25 << QRect(50, 0, 150, 100);
+    QTest::newRow("closing up") << false << int(W::WipeUp) << origin << 25 << QRect(0, 0, 200, 75);
+    QTest::newRow("closing down") << false << int(W::WipeDown) << origin << 25 << QRect(0, 25, 200, 75);
+    QTest::newRow("closing vertical") << false << int(W::WipeVertical) << origin << 20 << QRect(20, 0, 160, 100);
+    QTest::newRow("closing horizontal") << false << int(W::WipeHorizontal) << origin << 20 << QRect(0, 10, 200, 80);
+    QTest::newRow("closing fold: the sides") << false << int(W::Fold) << origin << 10 << QRect(20, 0, 160, 100);
+    QTest::newRow("closing fold: inside the strip") << false << int(W::Fold) << origin << 48 << QRect();
+    QTest::newRow("closing fold: the strip") << false << int(W::Fold) << origin << 60 << QRect(90, 10, 20, 80);
+    QTest::newRow("closing left, the last step shows nothing") << false << int(W::WipeLeft) << origin << 100
+                                                               << QRect(0, 0, 0, 100);
+    QTest::newRow("the far edges are the screen's, as they stand") << true << int(W::WipeRight) << QPoint(300, 200)
+                                                                   << 25 << QRect(0, 0, 50, 300);
+    QTest::newRow("no such wipe") << true << 9 << origin << 25 << QRect();
+}
+
+void tst_FormServices::wipeRegions()
+{
+    QFETCH(bool, opening);
+    QFETCH(int, kind);
+    QFETCH(QPoint, at);
+    QFETCH(int, step);
+    QFETCH(QRect, region);
+    const velmora::WipeEffect wipe(opening, kind, QRect(at, QSize(200, 100)), 0);
+    QCOMPARE(wipe.steps(), 100);
+    const auto r = wipe.region(step);
+    QCOMPARE(r.has_value(), !region.isNull());
+    if (r)
+        QCOMPARE(*r, region);
+    // Half a second: 9 steps of about 55 ms.
+    const velmora::WipeEffect timed(opening, kind, QRect(at, QSize(200, 100)), 0.5);
+    QCOMPARE(timed.steps(), 9);
+    QVERIFY(qAbs(timed.secondsPerStep() - 0.5 / 9) < 1e-9);
+}
+
+void tst_FormServices::wipesOnAWindow_data()
+{
+    QTest::addColumn<bool>("refuseClose");
+    QTest::newRow("closed") << false;
+    QTest::newRow("the window refuses to close: nothing plays") << true;
+}
+
+void tst_FormServices::wipesOnAWindow()
+{
+    QFETCH(bool, refuseClose);
+    struct Window : QWidget {
+        bool refuse = false;
+        void closeEvent(QCloseEvent *e) override { e->setAccepted(!refuse); }
+    } window;
+    window.refuse = refuseClose;
+    window.resize(200, 100);
+    auto *velmora = new VelmoraControl(&window);
+    velmora->setResizeOnMouseUp(false);
+    velmora->setFormOpen(VelmoraControl::FoWipeDown);
+    velmora->setFormOpenTime(0.1);
+    velmora->setFormClose(VelmoraControl::FcWipeLeft);
+    velmora->setFormCloseTime(0);
+    velmora->setStayOnTop(true);
+    window.show();
+    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));
+    QVERIFY(window.mask().isEmpty()); // opened: no mask
+    QVERIFY(window.windowHandle()->flags() & Qt::WindowStaysOnTopHint);
+
+    QCOMPARE(window.close(), !refuseClose);
+    if (refuseClose) {
+        QVERIFY(window.mask().isEmpty());
+        QVERIFY(window.isVisible());
+        return;
+    }
+    // Closed: the last region stays, and shows nothing of the window.
+    QVERIFY(!window.mask().isEmpty());
+    QVERIFY(!window.mask().intersects(window.rect()));
 }
 
 QTEST_MAIN(tst_FormServices)
