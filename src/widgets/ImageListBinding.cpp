@@ -155,9 +155,12 @@ void ImageListBinding::unfollow(Slot slot)
     if (!m_followed[slot])
         return;
     disconnect(m_following[slot]);
+    // A list that went away was forgotten with it; another one may have
+    // its address by now.
     auto &counts = followers();
-    if (auto it = counts.find(m_followed[slot]); it != counts.end() && --*it <= 0)
-        counts.erase(it);
+    if (m_lists[slot] == m_followed[slot])
+        if (auto it = counts.find(m_followed[slot]); it != counts.end() && --*it <= 0)
+            counts.erase(it);
     m_followed[slot] = nullptr;
 }
 
