@@ -133,7 +133,8 @@ private:
 
 void VelmoraControlPrivate::rebind()
 {
-    driver.bind(formFor(q->parentWidget()));
+    // At design time the form is being edited, not used: nothing is hooked.
+    driver.bind(designTime ? nullptr : formFor(q->parentWidget()));
 }
 
 void VelmoraControlPrivate::watchMainWindow()
@@ -197,6 +198,16 @@ void VelmoraControl::setVisible(bool)
 {
     // Nothing to show at run time.
     QWidget::setVisible(false);
+}
+
+bool VelmoraControl::isDesignTime() const { return d->designTime; }
+
+void VelmoraControl::setDesignTime(bool on)
+{
+    if (d->designTime == on)
+        return;
+    d->designTime = on;
+    d->rebind();
 }
 
 bool VelmoraControl::ScaleControls() const { return d->driver.ScaleControls; }

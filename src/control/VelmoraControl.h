@@ -66,6 +66,12 @@ public:
     explicit VelmoraControl(QWidget *parent = nullptr);
     ~VelmoraControl() override;
 
+    // In a form editor (Qt Designer's plugin sets it) the control only
+    // keeps its settings: it binds to nothing, and nothing on the form is
+    // moved, resized, painted, masked or re-fonted. Off by default.
+    bool isDesignTime() const;
+    void setDesignTime(bool on);
+
     bool ScaleControls() const;
     void setScaleControls(bool on);
     bool ScaleFonts() const;

@@ -15,6 +15,7 @@ public:
     // The widget a control placed on `parent` serves.
     static QWidget *formFor(QWidget *parent);
     void rebind();
+    bool designTime = false;
     // A main window is often assembled after the component is placed on it,
     // and its central widget may be replaced: follow it.
     void watchMainWindow();

@@ -79,6 +79,7 @@ private Q_SLOTS:
     void wipeRegions();
     void wipesOnAWindow_data();
     void wipesOnAWindow();
+    void designTimeIsInert();
 
 private:
     QTemporaryDir m_settings;
@@ -681,6 +682,46 @@ void tst_FormServices::wipesOnAWindow()
     // Closed: the last region stays, and shows nothing of the window.
     QVERIFY(!window.mask().isEmpty());
     QVERIFY(!window.mask().intersects(window.rect()));
+}
+
+void tst_FormServices::designTimeIsInert()
+{
+    velmoraSettings().clear();
+    Form f([](VelmoraControl *v) {
+        v->setDesignTime(true);
+        v->setGradientFill(true);
+        v->setReplaceFontsWith(QStringLiteral("DejaVu Serif"));
+        v->setFormOpen(VelmoraControl::FoWipeDown);
+        v->setCenterX(true);
+        v->setScaleX(50);
+        v->setMaxWidth(100 * 15);
+        v->setMinWidth(50 * 15);
+        v->setSaveWindowState(true);
+        v->setWindowName(QStringLiteral("Designed"));
+    });
+    auto *label = new QLabel(QStringLiteral("label"), &f.widget);
+    label->setGeometry(10, 10, 100, 20);
+    const QFont designed = label->font();
+    f.widget.move(7, 8);
+    f.widget.show();
+    QCoreApplication::processEvents();
+    const QColor plain = f.at(300, 5);
+    f.widget.resize(800, 600);
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    QVERIFY(!f.velmora->isFormReady());
+    QCOMPARE(label->geometry(), QRect(10, 10, 100, 20));
+    QCOMPARE(label->font(), designed);
+    QCOMPARE(f.widget.size(), QSize(800, 600)); // no limits
+    QCOMPARE(f.widget.pos(), QPoint(7, 8));
+    QVERIFY(f.widget.mask().isEmpty());
+    QCOMPARE(f.at(300, 5), plain);
+    QVERIFY(f.widget.close());
+    QVERIFY(velmoraSettings().childGroups().isEmpty());
+    // Leaving design time, it serves the form like any other.
+    f.velmora->setDesignTime(false);
+    f.widget.show();
+    QVERIFY(QTest::qWaitFor([&] { return f.velmora->isFormReady(); }, 2000));
 }
 
 QTEST_MAIN(tst_FormServices)
