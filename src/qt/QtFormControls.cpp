@@ -45,6 +45,9 @@ bool isComposite(const QWidget *w)
 QMenuBar *menuBarOf(QWidget *form)
 {
     QWidget *top = form->window();
+    if (auto *holder = qobject_cast<QMainWindow *>(form->parentWidget()))
+        if (auto *bar = qobject_cast<QMenuBar *>(holder->menuWidget()))
+            return bar;
     if (auto *main = qobject_cast<QMainWindow *>(top))
         if (auto *bar = qobject_cast<QMenuBar *>(main->menuWidget()))
             return bar;
@@ -213,8 +216,8 @@ std::vector<HostObjectPtr> QtForm::controls()
     collect(m_form, widgets);
     // A main window's toolbars belong to the form in its central area, as
     // its menus do; the main window places them.
-    if (auto *main = qobject_cast<QMainWindow *>(m_form->window()); main && main != m_form.data()
-        && main->centralWidget() == m_form.data())
+    // (Its parent, not its window: a main window may itself sit in an MDI area.)
+    if (auto *main = qobject_cast<QMainWindow *>(m_form->parentWidget()); main && main->centralWidget() == m_form.data())
         for (QObject *child : main->children())
             if (auto *bar = qobject_cast<QToolBar *>(child); bar && !isQtInternal(bar))
                 widgets.push_back(bar);

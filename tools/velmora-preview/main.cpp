@@ -1,6 +1,7 @@
 // velmora-preview: open an absolutely positioned .ui form (or the built-in
 // sample) with a VelmoraControl on it, resize it by hand, or render it at
 // given sizes without a display.
+#include "MdiDemo.h"
 #include "PreviewSession.h"
 
 #include "control/VelmoraControl.h"
@@ -69,7 +70,11 @@ int main(int argc, char **argv)
     QCommandLineOption reportOption(QStringLiteral("report"),
                                     QStringLiteral("Print every control's class, name, geometry and font size "
                                                    "per size, as JSON."));
-    parser.addOptions({sizeOption, shotOption, reportOption});
+    QCommandLineOption mdiOption(QStringLiteral("mdi"),
+                                 QStringLiteral("Open an MDI window with three child forms (the sample among "
+                                                "them), each scaled by its own control; --size is then the "
+                                                "MDI window's."));
+    parser.addOptions({sizeOption, shotOption, reportOption, mdiOption});
     parser.process(app);
 
     QList<QSize> sizes;
@@ -86,6 +91,39 @@ int main(int argc, char **argv)
     if (args.size() > 1) {
         std::fprintf(stderr, "velmora-preview: one form at a time\n");
         return 2;
+    }
+
+    if (parser.isSet(mdiOption)) {
+        if (!args.isEmpty() || parser.isSet(reportOption)) {
+            std::fprintf(stderr, "velmora-preview: --mdi shows its own forms, without a report\n");
+            return 2;
+        }
+        MdiDemo demo;
+        if (sizes.isEmpty() && !parser.isSet(shotOption)) {
+            demo.show();
+            return app.exec();
+        }
+        demo.setResizeOnMouseUp(false);
+        demo.show();
+        const auto shoot = [&] {
+            QString file;
+            if (!parser.isSet(shotOption))
+                return true;
+            if (!demo.screenshot(parser.value(shotOption), &file)) {
+                std::fprintf(stderr, "velmora-preview: cannot write %s\n", qPrintable(file));
+                return false;
+            }
+            std::fprintf(stderr, "velmora-preview: wrote %s\n", qPrintable(file));
+            return true;
+        };
+        if (!shoot())
+            return 1;
+        for (const QSize &size : sizes) {
+            demo.resize(size);
+            if (!shoot())
+                return 1;
+        }
+        return 0;
     }
 
     PreviewSession session;
