@@ -53,6 +53,7 @@ class tst_Preview : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void rendersSampleWithoutDisplay();
+    void mdiDemoScalesEveryChild();
     void bigFormLandsWhereRatiosPutIt_data();
     void bigFormLandsWhereRatiosPutIt();
     void badInputGivesClearErrors_data();
@@ -77,6 +78,18 @@ void tst_Preview::rendersSampleWithoutDisplay()
     QCOMPARE(design.width(), 960);
     QCOMPARE(scaled.width(), 1440);
     QVERIFY(scaled.height() - 780 > design.height() - 520);
+}
+
+void tst_Preview::mdiDemoScalesEveryChild()
+{
+    QTemporaryDir dir;
+    const Run r = preview({"--mdi", "--size", "1600x1100", "--screenshot", dir.path()});
+    QCOMPARE(r.exitCode, 0);
+    // Nothing the passes could not do (the sample's toolbar, in a main
+    // window inside the MDI area, is still one of its controls).
+    QVERIFY2(!r.err.contains("QxVelmora"), r.err.constData());
+    QCOMPARE(QImage(dir.filePath("VelmoraMdiDemo-1600x1100.png")).size(), QSize(1600, 1100));
+    QVERIFY(QFile::exists(dir.filePath("VelmoraMdiDemo-1100x760.png")));
 }
 
 void tst_Preview::bigFormLandsWhereRatiosPutIt_data()
