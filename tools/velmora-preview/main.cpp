@@ -37,6 +37,14 @@ QString parseSize(const QString &text, QSize &out)
     return {};
 }
 
+// Tells what became of a screenshot; passes on whether it was written.
+bool said(bool written, const QString &file)
+{
+    std::fprintf(stderr, written ? "velmora-preview: wrote %s\n" : "velmora-preview: cannot write %s\n",
+                 qPrintable(file));
+    return written;
+}
+
 bool wantsHeadless(int argc, char **argv)
 {
     for (int i = 1; i < argc; ++i) {
@@ -107,14 +115,7 @@ int main(int argc, char **argv)
         demo.show();
         const auto shoot = [&] {
             QString file;
-            if (!parser.isSet(shotOption))
-                return true;
-            if (!demo.screenshot(parser.value(shotOption), &file)) {
-                std::fprintf(stderr, "velmora-preview: cannot write %s\n", qPrintable(file));
-                return false;
-            }
-            std::fprintf(stderr, "velmora-preview: wrote %s\n", qPrintable(file));
-            return true;
+            return !parser.isSet(shotOption) || said(demo.screenshot(parser.value(shotOption), &file), file);
         };
         if (!shoot())
             return 1;
@@ -148,15 +149,8 @@ int main(int argc, char **argv)
     const auto record = [&](bool design) {
         if (parser.isSet(reportOption))
             report.append(session.snapshot(design));
-        if (parser.isSet(shotOption)) {
-            QString file;
-            if (!session.screenshot(parser.value(shotOption), &file)) {
-                std::fprintf(stderr, "velmora-preview: cannot write %s\n", qPrintable(file));
-                return false;
-            }
-            std::fprintf(stderr, "velmora-preview: wrote %s\n", qPrintable(file));
-        }
-        return true;
+        QString file;
+        return !parser.isSet(shotOption) || said(session.screenshot(parser.value(shotOption), &file), file);
     };
     if (!record(true))
         return 1;
