@@ -51,7 +51,6 @@ public:
     // minimum counts only together with a maximum at least as large.
     int MinWidth = 0, MinHeight = 0, MaxWidth = 0, MaxHeight = 0;
     static constexpr int DisableResizeMs = 500;
-    const QTimer &disableTimer() const { return m_tmrDisableResize; }
     // How a correction is heard; tests listen instead.
     std::function<void()> beep;
     WindowPlacement placement;

@@ -45,10 +45,24 @@ QList<QToolButton *> toolButtons(QToolBar *bar)
     return buttons;
 }
 
+// The members answered here; any other name is turned away before a
+// widget is asked what it is (get and set fall through here for every
+// member they do not know).
+bool itemMember(std::string_view name)
+{
+    for (std::string_view m : {"ImageList", "Icons", "SmallIcons", "Buttons", "ButtonWidth", "ButtonHeight", "Nodes",
+                               "ListItems", "Tabs"})
+        if (name == m)
+            return true;
+    return false;
+}
+
 } // namespace
 
 std::optional<GetResult> QtControl::getItemMember(std::string_view name)
 {
+    if (!itemMember(name))
+        return std::nullopt;
     ImageListBinding::Slot slot;
     if (const char *property = listProperty(m_widget, name, slot)) {
         // Taken off for the time being, a control has no list.
@@ -90,6 +104,8 @@ std::optional<GetResult> QtControl::getItemMember(std::string_view name)
 
 std::optional<SetResult> QtControl::setItemMember(std::string_view name, const Value &value)
 {
+    if (!itemMember(name))
+        return std::nullopt;
     ImageListBinding::Slot slot;
     if (listProperty(m_widget, name, slot)) {
         HostObjectPtr object = value.toObject();

@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QHash>
 #include <QListWidget>
+#include <QMainWindow>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
@@ -35,8 +36,8 @@ void setIconSize(QWidget *control, const QSize &size)
         return;
     // A main window's toolbar takes its size from the form beside it, which
     // it resizes in turn: a pixel either way would go back and forth.
-    if (qobject_cast<QToolBar *>(control) && qAbs(now.width() - size.width()) <= 1
-        && qAbs(now.height() - size.height()) <= 1)
+    if (qobject_cast<QToolBar *>(control) && qobject_cast<QMainWindow *>(control->parentWidget())
+        && qAbs(now.width() - size.width()) <= 1 && qAbs(now.height() - size.height()) <= 1)
         return;
     control->setProperty("iconSize", size);
 }
