@@ -7,6 +7,7 @@
 
 #include <QEvent>
 #include <QMainWindow>
+#include <QMdiArea>
 #include <QGuiApplication>
 #include <QMessageBox>
 
@@ -75,9 +76,20 @@ VelmoraControl::TrappedErrorHandler VelmoraControl::setTrappedErrorHandler(Trapp
 
 QWidget *VelmoraControlPrivate::formFor(QWidget *parent)
 {
+    // On an MDI area (or its viewport) that is a main window's centre: the
+    // main window is an MDI parent form.
+    if (parent && !qobject_cast<QMdiArea *>(parent))
+        if (auto *area = qobject_cast<QMdiArea *>(parent->parentWidget()); area && area->viewport() == parent)
+            parent = area;
+    if (auto *area = qobject_cast<QMdiArea *>(parent))
+        if (auto *main = qobject_cast<QMainWindow *>(area->parentWidget()); main && main->centralWidget() == area)
+            return main;
     // Placed on a main window itself rather than on its central widget.
-    if (auto *main = qobject_cast<QMainWindow *>(parent))
+    if (auto *main = qobject_cast<QMainWindow *>(parent)) {
+        if (velmora::qt::QtForm::mdiAreaOf(main))
+            return main;
         return main->centralWidget() ? main->centralWidget() : main;
+    }
     return parent;
 }
 
@@ -307,7 +319,14 @@ bool VelmoraControl::StayOnTop() const { return d->driver.placement.StayOnTop; }
 void VelmoraControl::setStayOnTop(bool on)
 {
     d->driver.placement.StayOnTop = on;
-    velmora::WindowPlacement::applyStayOnTop(d->driver.hostForm().get(), on);
+    // At design time too: the form being designed is held by its parent.
+    if (d->designTime) {
+        if (QWidget *form = VelmoraControlPrivate::formFor(parentWidget()))
+            velmora::WindowPlacement::applyStayOnTop(velmora::qt::QtForm::windowOf(form), on);
+        return;
+    }
+    if (!velmora::WindowPlacement::applyStayOnTop(d->driver.hostForm().get(), on))
+        qWarning("VelmoraControl: StayOnTop: Type mismatch: an MDI parent form is not a plain form");
 }
 int VelmoraControl::MdiChildWidth() const { return d->driver.placement.MdiChildWidth; }
 void VelmoraControl::setMdiChildWidth(int twips) { d->driver.placement.MdiChildWidth = twips; }

@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QMdiArea>
 #include <QScreen>
 #include <QEvent>
 #include <QWindowStateChangeEvent>
@@ -55,10 +56,15 @@ void FormDriver::bind(QWidget *form)
         m_pendingForm = form;
         return;
     }
-    if (form == m_form)
+    // The same main window becomes an MDI parent when an MDI area is made
+    // its centre, and stops being one when it is replaced: a different form.
+    if (form == m_form && (!m_hostForm || m_hostForm->mdiArea() == qt::QtForm::mdiAreaOf(form)))
         return;
     if (m_form)
         m_form->removeEventFilter(this);
+    if (m_mdiArea)
+        m_mdiArea->removeEventFilter(this);
+
     if (m_window)
         m_window->removeEventFilter(this);
     m_tmrDelayResize.stop();
@@ -83,6 +89,12 @@ void FormDriver::bind(QWidget *form)
     m_window = m_hostForm->window();
     if (m_window && m_window != form)
         m_window->installEventFilter(this);
+    // An MDI parent's inner size is its area's. It changes without the
+    // window when a pass grows the toolbars and status bar around it; what
+    // they hold settles in the pass that follows.
+    m_mdiArea = m_hostForm->mdiArea();
+    if (m_mdiArea)
+        m_mdiArea->installEventFilter(this);
     // Bound to a form already on screen: load once the code that created us
     // has finished adding its widgets.
     if (form->isVisible()) {
@@ -134,6 +146,8 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
         if ((old & Qt::WindowMinimized) && !(m_window->windowState() & Qt::WindowMinimized))
             postPass();
     }
+    if (watched == m_mdiArea && event->type() == QEvent::Resize && Loaded && m_engine.FormReady)
+        postPass();
     if (watched == m_form) {
         switch (event->type()) {
         case QEvent::Show:

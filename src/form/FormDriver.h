@@ -115,6 +115,7 @@ private:
     ResizeEngine &m_engine;
     QPointer<QWidget> m_form;
     QPointer<QWidget> m_window; // where the form's window-state changes arrive
+    QPointer<QWidget> m_mdiArea; // an MDI parent's inner part
     std::shared_ptr<qt::QtForm> m_hostForm;
     QTimer m_tmrDelayResize;
     QTimer m_tmrDisableResize;

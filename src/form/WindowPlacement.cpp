@@ -95,9 +95,16 @@ void WindowPlacement::applyMdiChildSize(QtForm &form) const
         form.set("Height", float(MdiChildHeight));
 }
 
-void WindowPlacement::applyStayOnTop(QtForm *form, bool onTop)
+bool WindowPlacement::applyStayOnTop(QtForm *form, bool onTop)
 {
-    QWidget *window = form ? form->window() : nullptr;
+    if (form && form->isKind(HostKind::MDIForm))
+        return false;
+    applyStayOnTop(form ? form->window() : nullptr, onTop);
+    return true;
+}
+
+void WindowPlacement::applyStayOnTop(QWidget *window, bool onTop)
+{
     if (!window)
         return;
     const Qt::WindowFlags flags = onTop ? window->windowFlags() | Qt::WindowStaysOnTopHint

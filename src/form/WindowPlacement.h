@@ -3,6 +3,8 @@
 // a fixed size for MDI children, and above other windows.
 #pragma once
 
+class QWidget;
+
 namespace velmora {
 
 namespace qt {
@@ -21,7 +23,9 @@ struct WindowPlacement {
     void applyInitialSize(qt::QtForm &form) const;
     void applyMdiChildSize(qt::QtForm &form) const;
     // Changes only the stacking: the window is neither hidden nor made anew.
-    static void applyStayOnTop(qt::QtForm *form, bool onTop);
+    // Refused (false) for an MDI parent form, which is not a plain form.
+    static bool applyStayOnTop(qt::QtForm *form, bool onTop);
+    static void applyStayOnTop(QWidget *window, bool onTop);
 
     static int clampPercent(int percent) { return percent < 0 ? 0 : percent > 100 ? 100 : percent; }
 };

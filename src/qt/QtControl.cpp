@@ -146,10 +146,10 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
     if (widget && !widget->inherits("VelmoraControl")) {
         const QSize minimum = widget->minimumSize(), maximum = widget->maximumSize();
         if (!minimum.isNull() || maximum != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
-            m_design = std::make_unique<Design>(Design{widget->size(), minimum, maximum, true, QSize()});
+            m_design = std::make_unique<Design>(Design{widget->size(), minimum, maximum, true, QSize(), QSize()});
         if (const QSize icons = itemIconSize(widget); icons.isValid()) {
             if (!m_design)
-                m_design = std::make_unique<Design>(Design{widget->size(), QSize(), QSize(), false, QSize()});
+                m_design = std::make_unique<Design>(Design{widget->size(), QSize(), QSize(), false, QSize(), QSize()});
             m_design->iconSize = icons;
             if (QtForm *form = liveForm(); form && geometryManaged(widget))
                 m_design->formSize = form->widget()->size();

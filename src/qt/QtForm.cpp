@@ -9,6 +9,8 @@
 #include <QEvent>
 #include <QIcon>
 #include <QMainWindow>
+#include <QCoreApplication>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPainter>
 
@@ -38,16 +40,21 @@ QPixmap pictureFromProperty(const QVariant &v)
 } // namespace
 
 // Draws the form's picture at its top-left, over the background and under
-// the children, by painting first in the form's own paint event.
+// the children. On a plain form it paints first in the form's own paint
+// event; an MDI area fills its viewport itself, so there it paints after.
 class FormPictureLayer : public QObject {
 public:
-    explicit FormPictureLayer(QWidget *form)
+    FormPictureLayer(QWidget *form, QWidget *surface)
         : QObject(form)
+        , m_surface(surface)
     {
         form->installEventFilter(this);
+        if (surface != form)
+            surface->installEventFilter(this);
     }
 
     QPixmap pixmap;
+    QWidget *surface() const { return m_surface; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
@@ -57,14 +64,30 @@ protected:
         if (event->type() == QEvent::DynamicPropertyChange && watched == parent()
             && static_cast<QDynamicPropertyChangeEvent *>(event)->propertyName() == "Picture") {
             pixmap = pictureFromProperty(watched->property("Picture"));
-            static_cast<QWidget *>(watched)->update();
+            if (m_surface)
+                m_surface->update();
         }
-        if (event->type() == QEvent::Paint && watched == parent() && !pixmap.isNull()) {
-            QPainter painter(static_cast<QWidget *>(watched));
+        if (event->type() != QEvent::Paint || watched != m_surface || pixmap.isNull() || m_inPaint)
+            return false;
+        if (m_surface == parent()) {
+            QPainter painter(m_surface);
+            painter.drawPixmap(0, 0, pixmap);
+            return false;
+        }
+        // Let the area paint its background, then draw on it.
+        m_inPaint = true;
+        QCoreApplication::sendEvent(m_surface, event);
+        m_inPaint = false;
+        if (m_surface) {
+            QPainter painter(m_surface);
             painter.drawPixmap(0, 0, pixmap);
         }
-        return false;
+        return true;
     }
+
+private:
+    QPointer<QWidget> m_surface;
+    bool m_inPaint = false;
 };
 
 namespace {
@@ -83,11 +106,19 @@ std::shared_ptr<QtForm> QtForm::create(QWidget *form)
     return std::shared_ptr<QtForm>(new QtForm(form));
 }
 
+QMdiArea *QtForm::mdiAreaOf(const QWidget *w)
+{
+    auto *main = qobject_cast<const QMainWindow *>(w);
+    return main ? qobject_cast<QMdiArea *>(main->centralWidget()) : nullptr;
+}
+
 QtForm::QtForm(QWidget *form)
     : m_form(form)
+    , m_mdiArea(mdiAreaOf(form))
+    , m_mdiParent(m_mdiArea != nullptr)
 {
     if (form) {
-        m_pictureLayer = new FormPictureLayer(form);
+        m_pictureLayer = new FormPictureLayer(form, m_mdiParent ? m_mdiArea->viewport() : form);
         m_pictureLayer->pixmap = pictureFromProperty(form->property("Picture"));
     }
 }
@@ -99,14 +130,14 @@ QtForm::~QtForm()
     delete m_pictureLayer.data();
 }
 
-QWidget *QtForm::window() const
+QWidget *QtForm::windowOf(QWidget *form)
 {
-    if (!m_form)
+    if (!form)
         return nullptr;
-    for (QWidget *w = m_form; w; w = w->parentWidget())
+    for (QWidget *w = form; w; w = w->parentWidget())
         if (qobject_cast<QMdiSubWindow *>(w))
             return w;
-    return m_form->window();
+    return form->window();
 }
 
 int QtForm::scaleMode() const
@@ -129,7 +160,8 @@ void QtForm::setPicture(const QPixmap &pixmap)
     if (!m_pictureLayer || (pixmap.isNull() && m_pictureLayer->pixmap.isNull()))
         return;
     m_pictureLayer->pixmap = pixmap;
-    m_form->update();
+    if (QWidget *surface = m_pictureLayer->surface())
+        surface->update();
 }
 
 void QtForm::beginPass()
@@ -211,6 +243,12 @@ GetResult QtForm::get(std::string_view name)
         const bool central = main && main->centralWidget() == m_form;
         return Value((central ? main->objectName() : m_form->objectName()).toStdString());
     }
+    if (m_mdiParent) {
+        if (name == "ScaleWidth" || name == "ScaleHeight" || name == "BackColor")
+            return getMdiArea(name);
+        if (name == "ScaleMode" || name == "MDIChild")
+            return noSuchMember(name);
+    }
     if (name == "ScaleWidth")
         return Value(static_cast<float>(pixelsToUnits(m_form->width(), mode, Axis::X)));
     if (name == "ScaleHeight")
@@ -251,6 +289,8 @@ SetResult QtForm::set(std::string_view name, const Value &value)
     if (!m_form)
         return hostError(HostErrc::Failed, "The form is gone");
     QWidget *win = window();
+    if (m_mdiParent && name == "ScaleMode")
+        return noSuchMember(name);
     if (name == "ScaleMode") {
         const auto mode = value.toLong();
         if (!mode || !isValidScaleMode(*mode))
@@ -311,10 +351,25 @@ SetResult QtForm::set(std::string_view name, const Value &value)
     return noSuchMember(name);
 }
 
+GetResult QtForm::getMdiArea(std::string_view name) const
+{
+    if (!m_mdiArea)
+        return hostError(HostErrc::Failed, "The MDI area is gone");
+    if (name == "BackColor")
+        return Value(colorToHost(m_mdiArea->background().color()));
+    // The client area, scroll bars included: they come and go with the
+    // child windows, the area's size does not.
+    const QSize inner = m_mdiArea->contentsRect().size();
+    return name == "ScaleWidth" ? Value(static_cast<float>(pixelsToUnits(inner.width(), ScaleTwips, Axis::X)))
+                                : Value(static_cast<float>(pixelsToUnits(inner.height(), ScaleTwips, Axis::Y)));
+}
+
 GetResult QtForm::call(std::string_view method, const std::vector<Value> &args)
 {
     if (!m_form)
         return hostError(HostErrc::Failed, "The form is gone");
+    if (m_mdiParent && (method == "ScaleX" || method == "ScaleY"))
+        return noSuchMember(method); // no scale mode to convert from
     if (method == "ScaleX" || method == "ScaleY") {
         if (args.size() != 3)
             return hostError(HostErrc::InvalidValue, "ScaleX and ScaleY take a value, a from-mode and a to-mode");
@@ -335,6 +390,15 @@ GetResult QtForm::call(std::string_view method, const std::vector<Value> &args)
         return Value();
     }
     if (method == "Hide" || method == "Show") {
+        // An MDI parent is hidden and shown again only so that its client
+        // area repaints: Qt repaints it in place, without taking the window
+        // off the screen (the window manager would place it anew, and it
+        // would flicker on every pass).
+        if (m_mdiParent) {
+            if (method == "Show" && m_mdiArea)
+                m_mdiArea->viewport()->update();
+            return Value();
+        }
         window()->setVisible(method == "Show");
         return Value();
     }

@@ -5,6 +5,11 @@
 // dynamic property "ScaleMode", twips by default); window-level members act on
 // the window that holds it: the top-level window, or the QMdiSubWindow when
 // the form lives in an MDI area.
+//
+// An MDI parent form is a QMainWindow whose central widget is a QMdiArea: its
+// inner size is the area's, in twips (it has no ScaleMode), its controls are
+// the main window's own (toolbars, status bar, docks), and its picture is
+// drawn behind the area's child windows.
 #pragma once
 
 #include "layout/HostObject.h"
@@ -12,9 +17,12 @@
 #include "qt/QtUnits.h"
 
 #include <QHash>
+#include <QMdiArea>
 #include <QPixmap>
 #include <QPointer>
 #include <QWidget>
+
+
 
 #include <memory>
 #include <vector>
@@ -30,11 +38,17 @@ public:
 
     QWidget *widget() const { return m_form; }
     // The window the form's window-level members act on.
-    QWidget *window() const;
+    QWidget *window() const { return windowOf(m_form); }
+    static QWidget *windowOf(QWidget *form);
     int scaleMode() const;
 
-    std::string typeName() const override { return "Form"; }
-    bool isKind(HostKind kind) const override { return kind == HostKind::Form; }
+    // The MDI area that makes `w` an MDI parent form, or nullptr.
+    static QMdiArea *mdiAreaOf(const QWidget *w);
+    QMdiArea *mdiArea() const { return m_mdiArea; }
+    bool isMdiParent() const { return m_mdiParent; }
+
+    std::string typeName() const override { return m_mdiParent ? "MDIForm" : "Form"; }
+    bool isKind(HostKind kind) const override { return kind == (m_mdiParent ? HostKind::MDIForm : HostKind::Form); }
     GetResult get(std::string_view name) override;
     SetResult set(std::string_view name, const Value &value) override;
     GetResult call(std::string_view method, const std::vector<Value> &args) override;
@@ -84,11 +98,14 @@ public:
 
 private:
     explicit QtForm(QWidget *form);
+    GetResult getMdiArea(std::string_view name) const;
     void collect(QWidget *parent, std::vector<QWidget *> &out) const;
     void collectMenus(std::vector<QObject *> &out) const;
     QString uniqueName(QObject *object, const QString &wanted);
 
     QPointer<QWidget> m_form;
+    QPointer<QMdiArea> m_mdiArea;
+    bool m_mdiParent = false;
     QPointer<FormPictureLayer> m_pictureLayer;
     struct Adapter {
         QPointer<QObject> object;

@@ -15,6 +15,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScrollArea>
+#include <QSizeGrip>
+#include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
@@ -28,7 +30,8 @@ namespace {
 
 bool isQtInternal(const QObject *o)
 {
-    return o->objectName().startsWith(QLatin1String("qt_"));
+    // A status bar's size grip is its own, unnamed.
+    return o->objectName().startsWith(QLatin1String("qt_")) || qobject_cast<const QSizeGrip *>(o);
 }
 
 // Widgets whose children are their own machinery, not the developer's.
@@ -39,6 +42,7 @@ bool isComposite(const QWidget *w)
         || qobject_cast<const QDialogButtonBox *>(w) || qobject_cast<const QLineEdit *>(w)
         || qobject_cast<const QTabBar *>(w) || qobject_cast<const QMenuBar *>(w)
         || qobject_cast<const QToolBar *>(w) // its buttons show its actions
+        || qobject_cast<const QStatusBar *>(w) // what it shows takes its font
         || w->inherits("VelmoraControl");
 }
 
@@ -71,6 +75,18 @@ void collectActions(const QList<QAction *> &actions, std::vector<QObject *> &out
             out.push_back(a);
         }
     }
+}
+
+// The controls of an MDI parent are what the developer put on the main
+// window around its area: not the area (its windows are forms of their
+// own), nor the menu bar (its menus are), nor the tab bars the main window
+// makes for tabbed docks.
+bool onMdiParent(const QWidget *w)
+{
+    auto *main = static_cast<const QMainWindow *>(w->parentWidget());
+    if (w == main->centralWidget() || w == main->menuWidget())
+        return false;
+    return !(qobject_cast<const QTabBar *>(w) && w->objectName().isEmpty());
 }
 
 } // namespace
@@ -109,6 +125,8 @@ void QtForm::collect(QWidget *parent, std::vector<QWidget *> &out) const
             continue;
         auto *w = static_cast<QWidget *>(child);
         if (w->isWindow() || isQtInternal(w))
+            continue;
+        if (parent == m_form && m_mdiParent && !onMdiParent(w))
             continue;
         out.push_back(w);
         // Pages of tab widgets and tool boxes are not controls; what they
@@ -214,13 +232,13 @@ std::vector<HostObjectPtr> QtForm::controls()
     std::vector<QWidget *> widgets;
     widgets.reserve(m_adapters.size());
     collect(m_form, widgets);
-    // A main window's toolbars belong to the form in its central area, as
-    // its menus do; the main window places them.
+    // A main window's toolbars and status bar belong to the form in its
+    // central area, as its menus do; the main window places them.
     // (Its parent, not its window: a main window may itself sit in an MDI area.)
     if (auto *main = qobject_cast<QMainWindow *>(m_form->parentWidget()); main && main->centralWidget() == m_form.data())
         for (QObject *child : main->children())
-            if (auto *bar = qobject_cast<QToolBar *>(child); bar && !isQtInternal(bar))
-                widgets.push_back(bar);
+            if ((qobject_cast<QToolBar *>(child) || qobject_cast<QStatusBar *>(child)) && !isQtInternal(child))
+                widgets.push_back(static_cast<QWidget *>(child));
     std::vector<QObject *> menus;
     collectMenus(menus);
     result.reserve(widgets.size() + menus.size());

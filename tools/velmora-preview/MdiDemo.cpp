@@ -12,6 +12,8 @@
 #include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStatusBar>
+#include <QToolBar>
 
 namespace {
 
@@ -62,6 +64,16 @@ MdiDemo::MdiDemo()
     m_window->setAttribute(Qt::WA_DeleteOnClose);
     m_area = new QMdiArea;
     m_window->setCentralWidget(m_area);
+    // The MDI parent's own controls, scaled by its own component.
+    QToolBar *tools = m_window->addToolBar(QStringLiteral("Windows"));
+    tools->setObjectName(QStringLiteral("tbWindows"));
+    tools->addAction(QStringLiteral("Cascade"), m_area, &QMdiArea::cascadeSubWindows);
+    tools->addAction(QStringLiteral("Tile"), m_area, &QMdiArea::tileSubWindows);
+    auto *status = new QLabel(QStringLiteral("Three forms, four components"));
+    status->setObjectName(QStringLiteral("lblStatus"));
+    m_window->statusBar()->setObjectName(QStringLiteral("sbMain"));
+    m_window->statusBar()->addWidget(status);
+    new VelmoraControl(m_window);
     m_window->resize(1100, 760);
     // A form without a layout gives its subwindow no size of its own: each
     // starts at its designed size, title bar and borders around it.
