@@ -19,6 +19,7 @@
 #include <QEvent>
 #include <QWindowStateChangeEvent>
 #include <QWidget>
+#include <QWindow>
 
 #include <exception>
 
@@ -31,6 +32,12 @@ FormDriver::FormDriver(ResizeEngine &engine, QObject *parent)
     m_tmrDelayResize.setSingleShot(true);
     m_tmrDelayResize.setInterval(DelayResizeMs);
     connect(&m_tmrDelayResize, &QTimer::timeout, this, &FormDriver::delayedResize);
+    m_tmrScreenWait.setSingleShot(true);
+    m_tmrScreenWait.setInterval(ScreenWaitMs);
+    connect(&m_tmrScreenWait, &QTimer::timeout, this, [this] {
+        const auto alive = hold();
+        reachedScreen(false);
+    });
     m_tmrDisableResize.setSingleShot(true);
     m_tmrDisableResize.setInterval(DisableResizeMs);
     connect(&m_tmrDisableResize, &QTimer::timeout, this, [this] {
@@ -68,6 +75,12 @@ void FormDriver::bind(QWidget *form)
     if (m_window)
         m_window->removeEventFilter(this);
     m_tmrDelayResize.stop();
+    if (m_screenWait)
+        m_screenWait->removeEventFilter(this);
+    m_screenWait = nullptr;
+    m_tmrScreenWait.stop();
+    m_openPending = false;
+    m_placedFrame = QRect();
     m_form = form;
     m_hostForm = form ? qt::QtForm::create(form) : nullptr;
     Loaded = false;
@@ -113,6 +126,16 @@ void FormDriver::bind(QWidget *form)
 
 bool FormDriver::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_screenWait && event->type() == QEvent::Expose && m_screenWait->isExposed()) {
+        // Finished from the event loop, out of the window system's own
+        // delivery, with the window painted once (masked to nothing).
+        QMetaObject::invokeMethod(this, [this, guard = QPointer<QWindow>(m_screenWait)] {
+            const auto alive = hold();
+            if (guard && guard == m_screenWait)
+                reachedScreen(true);
+        }, Qt::QueuedConnection);
+        return false;
+    }
     // Called for every event of the form: what may end the driver holds it
     // itself, and nothing here touches it afterwards.
     if (watched == m_window && Loaded) {
@@ -143,6 +166,8 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
     if (watched == m_window && event->type() == QEvent::WindowStateChange && Loaded) {
         // Passes are skipped while minimised, and restoring sends no resize.
         const auto old = static_cast<QWindowStateChangeEvent *>(event)->oldState();
+        if (m_placedFrame.isValid() && !m_screenWait)
+            applyPlacedFrame();
         if ((old & Qt::WindowMinimized) && !(m_window->windowState() & Qt::WindowMinimized))
             postPass();
     }
@@ -309,10 +334,14 @@ void FormDriver::FormResized()
             }
             if (!minimised())
                 runPass(); // the first real pass, the gradient painted after it
-            playEffect(true);
-            m_engine.FormReady = true;
-            SettingUp = false;
-            rememberNormalRect(); // and from now on whenever the window moves or resizes
+            // The set-up runs as the window is shown, before the window
+            // system has it: its frame is not known yet, and a wipe played
+            // now would be seen by no one.
+            const bool placed = WindowSettingsLoaded || placement.ScaleX > 0 || placement.ScaleY >= 1
+                || placement.CenterX || placement.CenterY;
+            if (waitForScreen(placed, FormOpen != 0 && !minimised()))
+                return;
+            finishSetUp(true);
         }
         if (LoadingWindowSettings)
             return;
@@ -341,6 +370,83 @@ void FormDriver::FormResized()
         SettingUp = false;
         Q_EMIT trappedError(QStringLiteral("QxVelmora Trapped Error = ") + QString::fromUtf8(e.what()));
     }
+}
+
+bool FormDriver::waitForScreen(bool placed, bool opening)
+{
+    QWidget *window = m_hostForm->window();
+    QWindow *handle = window ? window->window()->windowHandle() : nullptr;
+    if (!handle || handle->isExposed() || !(placed || opening))
+        return false;
+    // Placed with no frame around it: the frame the window was given is
+    // given again once the window manager has framed it.
+    m_placedFrame = placed && window->isWindow() ? window->frameGeometry() : QRect();
+    m_openPending = opening;
+    m_screenWait = handle;
+    handle->installEventFilter(this);
+    // A window that never reaches the screen (hidden again, or a window
+    // manager that keeps it unmapped) opens without its wipe.
+    m_tmrScreenWait.start();
+    return opening;
+}
+
+void FormDriver::reachedScreen(bool exposed)
+{
+    if (m_screenWait)
+        m_screenWait->removeEventFilter(this);
+    m_screenWait = nullptr;
+    m_tmrScreenWait.stop();
+    if (exposed)
+        applyPlacedFrame();
+    if (m_openPending) {
+        m_openPending = false;
+        finishSetUpAndCatchUp(exposed);
+    }
+}
+
+void FormDriver::applyPlacedFrame()
+{
+    QWidget *window = m_hostForm ? m_hostForm->window() : nullptr;
+    if (!window || !m_placedFrame.isValid())
+        return;
+    const QRect frame = window->frameGeometry(), inner = window->geometry();
+    if (frame == inner) { // no frame after all: placed as it is
+        m_placedFrame = QRect();
+        return;
+    }
+    // A maximised window gets it when it is first restored.
+    if (window->windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen))
+        return;
+    const QMargins decoration(inner.left() - frame.left(), inner.top() - frame.top(),
+                              frame.right() - inner.right(), frame.bottom() - inner.bottom());
+    window->setGeometry(m_placedFrame - decoration);
+    m_placedFrame = QRect();
+}
+
+void FormDriver::finishSetUpAndCatchUp(bool playOpening)
+{
+    const auto alive = hold();
+    finishSetUp(playOpening);
+    // What resized the form meanwhile: the driver's usual answer to it.
+    if (m_engine.FormReady && m_passPending) {
+        m_passPending = false;
+        FormResized();
+    }
+}
+
+void FormDriver::finishSetUp(bool playOpening)
+{
+    if (!m_hostForm)
+        return;
+    if (playOpening)
+        playEffect(true);
+    else if (QWidget *window = m_hostForm->window())
+        window->clearMask();
+    if (!m_hostForm)
+        return;
+    m_engine.FormReady = true;
+    SettingUp = false;
+    rememberNormalRect(); // and from now on whenever the window moves or resizes
 }
 
 void FormDriver::delayedResize()

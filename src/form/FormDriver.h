@@ -10,6 +10,7 @@
 #include <QRectF>
 #include <QTimer>
 #include <QWidget>
+#include <QWindow>
 
 #include <cstdint>
 #include <functional>
@@ -99,6 +100,13 @@ private:
     void FormLoaded();
     void FormUnloading();
     void rememberNormalRect();
+    // The set-up ends with the opening wipe, which waits for the window to
+    // reach the screen; resizes meanwhile are answered once it has played.
+    bool waitForScreen(bool placed, bool opening);
+    void reachedScreen(bool exposed);
+    void applyPlacedFrame();
+    void finishSetUp(bool playOpening);
+    void finishSetUpAndCatchUp(bool playOpening);
     void applyLimits();
     void bringOnScreen();
     void takeDesignSizeIfUnknown();
@@ -119,6 +127,11 @@ private:
     std::shared_ptr<qt::QtForm> m_hostForm;
     QTimer m_tmrDelayResize;
     QTimer m_tmrDisableResize;
+    QTimer m_tmrScreenWait;
+    QPointer<QWindow> m_screenWait;
+    bool m_openPending = false; // the set-up ends with the opening wipe, once the window shows
+    QRect m_placedFrame; // the frame the set-up gave a window that had none yet
+    static constexpr int ScreenWaitMs = 2000;
     // Re-entry from events a pass lets run: one pass at a time; what is
     // asked for meanwhile runs once the pass is over.
     bool m_passRunning = false;
