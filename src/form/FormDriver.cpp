@@ -322,12 +322,14 @@ void FormDriver::FormResized()
             applyReplacementFont(*m_hostForm, ReplaceFontsWith.toStdString());
             placement.applyMdiChildSize(*m_hostForm);
             runPass(); // the first call of a lifetime captures the layout
+            bool placingStateNormal = false;
             if (SaveWindowState) {
                 LoadWindowSettings();
             } else {
                 if (!WindowName.isEmpty())
                     WindowSettings::remove(WindowName); // a form that stops saving leaves nothing behind
                 // Centred at the size it starts with.
+                placingStateNormal = getLong(*m_hostForm, "WindowState").value_or(-1) == 0;
                 placement.applyInitialSize(*m_hostForm);
                 placement.applyCenterX(*m_hostForm);
                 placement.applyCenterY(*m_hostForm);
@@ -337,8 +339,9 @@ void FormDriver::FormResized()
             // The set-up runs as the window is shown, before the window
             // system has it: its frame is not known yet, and a wipe played
             // now would be seen by no one.
-            const bool placed = WindowSettingsLoaded || placement.ScaleX > 0 || placement.ScaleY >= 1
-                || placement.CenterX || placement.CenterY;
+            const bool placed = WindowSettingsLoaded
+                || (placingStateNormal
+                    && (placement.ScaleX > 0 || placement.ScaleY >= 1 || placement.CenterX || placement.CenterY));
             if (waitForScreen(placed, FormOpen != 0 && !minimised()))
                 return;
             finishSetUp(true);
