@@ -59,6 +59,7 @@ private Q_SLOTS:
     void badInputGivesClearErrors_data();
     void badInputGivesClearErrors();
     void reportShowsNothingWasLost();
+    void settingsReachTheControl();
     void warningsNameTheFaultOnce_data();
     void warningsNameTheFaultOnce();
     void screenshotsStayInTheirDirectory_data();
@@ -151,6 +152,18 @@ void tst_Preview::bigFormLandsWhereRatiosPutIt()
     QVERIFY(checked >= 100);
 }
 
+void tst_Preview::settingsReachTheControl()
+{
+    QTemporaryDir dir;
+    const Run r = preview({"--property", "GradientFill=true", "--property", "GradientColour=0x0000FF", "--screenshot",
+                           dir.path()});
+    QCOMPARE(r.exitCode, 0);
+    // A red gradient behind the controls, from the form's top edge down.
+    const QImage shot(dir.filePath("SampleForm-960x520.png"));
+    const QColor c = shot.pixelColor(4, shot.height() / 2);
+    QVERIFY2(c.red() > 100 && c.green() == 0 && c.blue() == 0, qPrintable(c.name()));
+}
+
 void tst_Preview::badInputGivesClearErrors_data()
 {
     QTest::addColumn<QStringList>("args");
@@ -188,6 +201,17 @@ void tst_Preview::badInputGivesClearErrors_data()
     QTest::newRow("size too large to paint") << QStringList{"--size", "99999x99999"} << 2 << "too large";
     QTest::newRow("size one past the limit") << QStringList{"--size", "100x16385"} << 2 << "too large";
     QTest::newRow("size past an int") << QStringList{"--size", "99999999999x100"} << 2 << "too large";
+    QTest::newRow("setting without a value") << QStringList{"--property", "GradientFill"} << 2 << "expected NAME=VALUE";
+    QTest::newRow("unknown setting") << QStringList{"--property", "Gradient=true"} << 2
+                                     << "VelmoraControl has no setting 'Gradient' (it has: ScaleControls,";
+    QTest::newRow("a QWidget property is not a setting") << QStringList{"--property", "enabled=false"} << 2
+                                                         << "no setting 'enabled'";
+    QTest::newRow("switch") << QStringList{"--property", "GradientFill=maybe"} << 2
+                            << "GradientFill takes true or false, not 'maybe'";
+    QTest::newRow("enumeration") << QStringList{"--property", "FormOpen=Wipe"} << 2
+                                 << "FormOpen takes one of FoNone, FoWipeLeft,";
+    QTest::newRow("number") << QStringList{"--property", "MinWidth=wide"} << 2 << "MinWidth takes a whole number";
+    QTest::newRow("grab with a report") << QStringList{"--grab-screen", "x.png"} << 2 << "not with --size, --screenshot or --report";
 }
 
 void tst_Preview::badInputGivesClearErrors()

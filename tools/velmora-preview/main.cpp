@@ -1,12 +1,16 @@
 // velmora-preview: open an absolutely positioned .ui form (or the built-in
 // sample) with a VelmoraControl on it, resize it by hand, or render it at
 // given sizes without a display.
+#include "ControlProperties.h"
 #include "MdiDemo.h"
 #include "PreviewSession.h"
 
 #include "control/VelmoraControl.h"
 
 #include <QApplication>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
 #include <QCommandLineParser>
 #include <QJsonDocument>
 #include <QRegularExpression>
@@ -45,6 +49,16 @@ bool said(bool written, const QString &file)
     return written;
 }
 
+bool wantsHelp(int argc, char **argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        const QByteArray a(argv[i]);
+        if (a == "--help" || a == "-h" || a == "--help-all" || a == "-?" || a == "-v" || a == "--version")
+            return true;
+    }
+    return false;
+}
+
 bool wantsHeadless(int argc, char **argv)
 {
     for (int i = 1; i < argc; ++i) {
@@ -55,13 +69,51 @@ bool wantsHeadless(int argc, char **argv)
     return false;
 }
 
+// Shows the form and grabs the screen `after` ms after the form's window
+// first shows any of itself on it (an opening wipe starts from nothing):
+// what the window system shows, effects included.
+int grabScreen(PreviewSession &session, const QString &file, int after)
+{
+    QWidget *window = session.root()->window();
+    int result = 1;
+    QTimer grab;
+    grab.setSingleShot(true);
+    grab.setInterval(after);
+    QObject::connect(&grab, &QTimer::timeout, [&] {
+        const QPixmap shot = QGuiApplication::primaryScreen()->grabWindow(0);
+        result = said(shot.save(file, "PNG"), file) ? 0 : 1;
+        QCoreApplication::exit(result);
+    });
+    QTimer watch;
+    watch.setInterval(5);
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        const QWindow *handle = window->windowHandle();
+        const QRegion mask = window->mask(); // empty: no mask, all of it shows
+        if (!handle || !handle->isExposed() || !(mask.isEmpty() || mask.intersects(window->rect())))
+            return;
+        watch.stop();
+        grab.start();
+    });
+    watch.start();
+    session.show();
+    QApplication::exec();
+    return result;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     // Rendering to files needs no display.
-    if (wantsHeadless(argc, argv) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    if ((wantsHeadless(argc, argv) || wantsHelp(argc, argv)) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Without one Qt would abort with a page about plugins.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
+        && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
+        std::fprintf(stderr, "velmora-preview: no display to show the form on (DISPLAY is not set); render it "
+                             "with --size/--screenshot, or run on a private X server: scripts/with-xvfb.sh\n");
+        return 2;
+    }
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("velmora-preview"));
 
@@ -82,7 +134,20 @@ int main(int argc, char **argv)
                                  QStringLiteral("Open an MDI window with three child forms (the sample among "
                                                 "them), each scaled by its own control; --size is then the "
                                                 "MDI window's."));
-    parser.addOptions({sizeOption, shotOption, reportOption, mdiOption});
+    QCommandLineOption propertyOption(QStringLiteral("property"),
+                                      QStringLiteral("Give the form's VelmoraControl a setting before it shows, "
+                                                     "e.g. GradientFill=true, GradientColour=0x804000, "
+                                                     "FormOpen=FoWipeRight (repeatable)."),
+                                      QStringLiteral("NAME=VALUE"));
+    QCommandLineOption grabOption(QStringLiteral("grab-screen"),
+                                  QStringLiteral("On a display: save the whole screen as FILE (PNG) "
+                                                 "--grab-after milliseconds after the form first shows any of "
+                                                 "itself (an opening wipe starts from nothing), then quit."),
+                                  QStringLiteral("FILE"));
+    QCommandLineOption grabAfterOption(QStringLiteral("grab-after"),
+                                       QStringLiteral("When --grab-screen grabs (default 500)."), QStringLiteral("MS"),
+                                       QStringLiteral("500"));
+    parser.addOptions({sizeOption, shotOption, reportOption, mdiOption, propertyOption, grabOption, grabAfterOption});
     parser.process(app);
 
     QList<QSize> sizes;
@@ -104,6 +169,10 @@ int main(int argc, char **argv)
     if (parser.isSet(mdiOption)) {
         if (!args.isEmpty() || parser.isSet(reportOption)) {
             std::fprintf(stderr, "velmora-preview: --mdi shows its own forms, without a report\n");
+            return 2;
+        }
+        if (parser.isSet(propertyOption) || parser.isSet(grabOption)) {
+            std::fprintf(stderr, "velmora-preview: --property and --grab-screen are for one form, not --mdi\n");
             return 2;
         }
         MdiDemo demo;
@@ -136,7 +205,28 @@ int main(int argc, char **argv)
     for (const QString &w : session.warnings())
         std::fprintf(stderr, "velmora-preview: warning: %s\n", qPrintable(w));
 
+    for (const QString &assignment : parser.values(propertyOption)) {
+        if (!setControlProperty(session.control(), assignment, &error)) {
+            std::fprintf(stderr, "velmora-preview: %s\n", qPrintable(error));
+            return 2;
+        }
+    }
+
     const bool headless = !sizes.isEmpty() || parser.isSet(shotOption) || parser.isSet(reportOption);
+    if (parser.isSet(grabOption)) {
+        bool ok = false;
+        const int after = parser.value(grabAfterOption).toInt(&ok);
+        if (headless || !ok || after < 0) {
+            std::fprintf(stderr, "velmora-preview: --grab-screen FILE [--grab-after MS] takes the screen as it is: "
+                                 "not with --size, --screenshot or --report\n");
+            return 2;
+        }
+        if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
+            std::fprintf(stderr, "velmora-preview: --grab-screen needs a display (try scripts/with-xvfb.sh)\n");
+            return 2;
+        }
+        return grabScreen(session, parser.value(grabOption), after);
+    }
     if (!headless) {
         session.show();
         return app.exec();
