@@ -193,6 +193,9 @@ VelmoraControl::~VelmoraControl()
     // A pass on the stack (this deletion came from one of its signals or
     // events) holds its own reference to d and stops at its next step.
     d->q = nullptr;
+    // A parent deleting its children has already let go of the one it is
+    // deleting: then the form is going too, not just the component.
+    d->driver.componentGoing(parent() && !parent()->children().contains(this));
     delete d->mainWindowWatch.data();
     d->driver.bind(nullptr);
 }

@@ -145,6 +145,9 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
             if (m_engine.FormReady)
                 rememberNormalRect();
             break;
+        case QEvent::Show: // shown again after a close
+            m_unloaded = false;
+            break;
         case QEvent::Close: {
             if (m_inClose)
                 break;
@@ -595,8 +598,21 @@ void FormDriver::playEffect(bool opening)
     WindowPlacement::applyStayOnTop(m_hostForm.get(), placement.StayOnTop);
 }
 
+void FormDriver::componentGoing(bool withTheForm)
+{
+    // Taken down with a form that was never closed (deleted by its owner):
+    // the form unloads all the same, too late for a wipe.
+    if (!withTheForm || !Loaded || m_unloaded || !m_window)
+        return;
+    m_unloaded = true;
+    if (SaveWindowState)
+        SaveWindowSettings();
+    SizeLimitHooks::unhookWindow(m_window);
+}
+
 void FormDriver::FormUnloading()
 {
+    m_unloaded = true;
     if (SaveWindowState && Loaded)
         SaveWindowSettings();
     playEffect(false);

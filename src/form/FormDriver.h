@@ -77,6 +77,9 @@ public:
     // Paints the gradient background into the form's picture layer (not on
     // an MDI parent, which has no surface of its own).
     void drawGradient();
+    // The component is being deleted: if its form goes with it unclosed,
+    // that is the form's unload.
+    void componentGoing(bool withTheForm);
     // Takes the form as it is now as the new design layout.
     void Reset();
     // The driver's answer to a resize of the form.
@@ -140,6 +143,7 @@ private:
     int m_chainedPasses = 0; // passes run back to back because the last one resized the form
     bool m_resetPending = false;
     bool m_bindPending = false;
+    bool m_unloaded = false;
     bool m_inClose = false; // delivering the window's close ourselves, to learn its answer
     QPointer<QWidget> m_pendingForm;
 };

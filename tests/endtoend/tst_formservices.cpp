@@ -114,13 +114,16 @@ struct SavingForm : Form {
 void tst_FormServices::savedStateRoundTrip_data()
 {
     QTest::addColumn<bool>("maximised");
-    QTest::newRow("closed in its normal state") << false;
-    QTest::newRow("closed maximised: reopens maximised, restores to the last normal rectangle") << true;
+    QTest::addColumn<bool>("closed");
+    QTest::newRow("closed in its normal state") << false << true;
+    QTest::newRow("closed maximised: reopens maximised, restores to the last normal rectangle") << true << true;
+    QTest::newRow("deleted, never closed") << false << false;
 }
 
 void tst_FormServices::savedStateRoundTrip()
 {
     QFETCH(bool, maximised);
+    QFETCH(bool, closed);
     velmoraSettings().clear();
     QRect normal; // the window's outer rectangle, its frame included
     {
@@ -133,7 +136,19 @@ void tst_FormServices::savedStateRoundTrip()
             f.widget.showMaximized();
             QCoreApplication::processEvents();
         }
-        QVERIFY(f.widget.close());
+        if (closed) {
+            QVERIFY(f.widget.close());
+        } else {
+            // The component alone going is no unload: its window lives on.
+            delete f.velmora;
+            QVERIFY(velmoraSettings().childGroups().isEmpty());
+            f.velmora = new VelmoraControl(&f.widget);
+            f.velmora->setSaveWindowState(true);
+            f.velmora->setWindowName(QStringLiteral("Round trip"));
+            QVERIFY(f.show());
+            f.widget.setGeometry(120, 90, 500, 350);
+            QCoreApplication::processEvents();
+        }
     }
     QSettings s = velmoraSettings();
     QCOMPARE(s.childGroups(), QStringList{QStringLiteral("Round%20trip")});
@@ -716,6 +731,11 @@ void tst_FormServices::designTimeIsInert()
     QCOMPARE(f.widget.pos(), QPoint(7, 8));
     QVERIFY(f.widget.mask().isEmpty());
     QCOMPARE(f.at(300, 5), plain);
+    // The one setting that acts on the window being designed.
+    f.velmora->setStayOnTop(true);
+    QVERIFY(f.widget.windowFlags() & Qt::WindowStaysOnTopHint);
+    f.velmora->setStayOnTop(false);
+    QVERIFY(!(f.widget.windowFlags() & Qt::WindowStaysOnTopHint));
     QVERIFY(f.widget.close());
     QVERIFY(velmoraSettings().childGroups().isEmpty());
     // Leaving design time, it serves the form like any other.
