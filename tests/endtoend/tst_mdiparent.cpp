@@ -231,6 +231,8 @@ void tst_MdiParent::formServices_data()
     QTest::newRow("no gradient, no error") << "gradient";
     QTest::newRow("stays on top: refused") << "top";
     QTest::newRow("opening wipe on the main window") << "wipe";
+    QTest::newRow("size limits on the main window") << "limits";
+    QTest::newRow("one typeface for its controls, not the children's") << "font";
 }
 
 void tst_MdiParent::formServices()
@@ -249,6 +251,11 @@ void tst_MdiParent::formServices()
         } else if (setting == QLatin1String("wipe")) {
             v->setFormOpen(VelmoraControl::FoWipeRight);
             v->setFormOpenTime(0.2);
+        } else if (setting == QLatin1String("limits")) {
+            v->setMinWidth(700 * 15);
+            v->setMaxWidth(900 * 15);
+        } else if (setting == QLatin1String("font")) {
+            v->setReplaceFontsWith(QStringLiteral("DejaVu Serif"));
         }
     });
     QObject::connect(m.velmora, &VelmoraControl::Error, [&] { ++errors; });
@@ -271,6 +278,16 @@ void tst_MdiParent::formServices()
         QVERIFY(qAbs(outer.width() - screen.width() / 2) <= 1);
         QVERIFY(qAbs(outer.height() - screen.height() / 2) <= 1);
         QVERIFY(qAbs(outer.center().x() - screen.center().x()) <= 1);
+    }
+    if (setting == QLatin1String("limits")) {
+        m.resize(QSize(1200, 600));
+        QCOMPARE(m.main.frameGeometry().width(), 900);
+        QVERIFY(!m.main.isEnabled()); // for a moment
+        QTRY_VERIFY(m.main.isEnabled());
+    }
+    if (setting == QLatin1String("font")) {
+        QCOMPARE(m.tools->font().family(), QStringLiteral("DejaVu Serif"));
+        QVERIFY(m.childLabel->font().family() != QStringLiteral("DejaVu Serif"));
     }
     if (setting == QLatin1String("gradient")) {
         // Nothing painted behind the area: its own background shows.
