@@ -169,8 +169,6 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
     if (watched == m_window && event->type() == QEvent::WindowStateChange && Loaded) {
         // Passes are skipped while minimised, and restoring sends no resize.
         const auto old = static_cast<QWindowStateChangeEvent *>(event)->oldState();
-        if (m_placedFrame.isValid() && !m_screenWait)
-            applyPlacedFrame();
         if ((old & Qt::WindowMinimized) && !(m_window->windowState() & Qt::WindowMinimized))
             postPass();
     }
@@ -384,9 +382,10 @@ bool FormDriver::waitForScreen(bool placed, bool opening)
     QWindow *handle = window ? window->window()->windowHandle() : nullptr;
     if (!handle || handle->isExposed() || !(placed || opening))
         return false;
-    // Placed with no frame around it: the frame the window was given is
-    // given again once the window manager has framed it.
-    m_placedFrame = placed && window->isWindow() ? window->frameGeometry() : QRect();
+    // Placed before it had a frame (with the one the last window had, if
+    // any): the frame the window was given is given again if it differs once
+    // the window manager has framed it.
+    m_placedFrame = placed && window->isWindow() ? qt::QtForm::frameOf(window) : QRect();
     m_openPending = opening;
     m_screenWait = handle;
     handle->installEventFilter(this);
@@ -413,20 +412,23 @@ void FormDriver::reachedScreen(bool exposed)
 void FormDriver::applyPlacedFrame()
 {
     QWidget *window = m_hostForm ? m_hostForm->window() : nullptr;
-    if (!window || !m_placedFrame.isValid())
+    const QRect placed = m_placedFrame;
+    m_placedFrame = QRect();
+    if (!window || !placed.isValid())
         return;
-    const QRect frame = window->frameGeometry(), inner = window->geometry();
-    if (frame == inner) { // no frame after all: placed as it is
-        m_placedFrame = QRect();
-        return;
-    }
-    // A maximised window gets it when it is first restored.
+    // A maximised window keeps the normal rectangle it has: changing it now
+    // would race the window manager's own maximising.
     if (window->windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen))
+        return;
+    // From now on windows are placed with this frame before they show; one
+    // given its frame in advance is where it was meant to be.
+    qt::QtForm::noteDecoration(window);
+    const QRect frame = window->frameGeometry(), inner = window->geometry();
+    if (frame == inner || frame == placed)
         return;
     const QMargins decoration(inner.left() - frame.left(), inner.top() - frame.top(),
                               frame.right() - inner.right(), frame.bottom() - inner.bottom());
-    window->setGeometry(m_placedFrame - decoration);
-    m_placedFrame = QRect();
+    window->setGeometry(placed - decoration);
 }
 
 void FormDriver::finishSetUpAndCatchUp(bool playOpening)
@@ -498,6 +500,8 @@ void FormDriver::rememberNormalRect()
 {
     if (!m_hostForm || getLong(*m_hostForm, "WindowState").value_or(-1) != 0)
         return;
+    if (m_window) // a maximised window's frame may differ
+        qt::QtForm::noteDecoration(m_window);
     qt::QtForm &f = *m_hostForm;
     const auto l = getSingle(f, "Left"), t = getSingle(f, "Top"), w = getSingle(f, "Width"), h = getSingle(f, "Height");
     if (l && t && w && h)
@@ -542,7 +546,7 @@ void FormDriver::bringOnScreen()
     QWidget *window = m_hostForm ? m_hostForm->window() : nullptr;
     if (!window || !window->isWindow())
         return; // an MDI child stays within its area by itself
-    const QRect frame = window->frameGeometry();
+    const QRect frame = qt::QtForm::frameOf(window);
     const QList<QScreen *> screens = QGuiApplication::screens();
     QScreen *nearest = nullptr;
     qint64 best = -1;
@@ -566,7 +570,7 @@ void FormDriver::bringOnScreen()
     QRect placed(frame.topLeft(), size);
     placed.moveLeft(qBound(area.left(), placed.left(), area.right() - size.width() + 1));
     placed.moveTop(qBound(area.top(), placed.top(), area.bottom() - size.height() + 1));
-    window->move(placed.topLeft());
+    qt::QtForm::moveFrameTo(window, placed.topLeft());
     rememberNormalRect();
 }
 

@@ -13,6 +13,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPainter>
+#include <QWindow>
 
 namespace velmora::qt {
 
@@ -140,6 +141,51 @@ QWidget *QtForm::windowOf(QWidget *form)
     return form->window();
 }
 
+namespace {
+QMargins &learntDecoration()
+{
+    static QMargins margins;
+    return margins;
+}
+
+bool framed(const QWidget *window)
+{
+    return window->frameGeometry() != window->geometry();
+}
+} // namespace
+
+QMargins QtForm::decorationOf(const QWidget *window)
+{
+    if (!window || !window->isWindow())
+        return QMargins();
+    if (!framed(window))
+        return window->isVisible() && window->windowHandle() && window->windowHandle()->isExposed()
+            ? QMargins() // shown and still frameless: it has none
+            : learntDecoration();
+    const QRect frame = window->frameGeometry(), inner = window->geometry();
+    return QMargins(inner.left() - frame.left(), inner.top() - frame.top(), frame.right() - inner.right(),
+                    frame.bottom() - inner.bottom());
+}
+
+void QtForm::noteDecoration(const QWidget *window)
+{
+    if (!window || !window->isWindow() || !framed(window))
+        return;
+    // While the window manager reframes a window (maximising, restoring) its
+    // frame and its inside can be read from different moments: only a frame
+    // that looks like a frame is learnt.
+    const QMargins m = decorationOf(window);
+    const auto plausible = [](int side) { return side >= 0 && side <= 64; };
+    if (plausible(m.left()) && plausible(m.top()) && plausible(m.right()) && plausible(m.bottom()))
+        learntDecoration() = m;
+}
+
+void QtForm::moveFrameTo(QWidget *window, const QPoint &topLeft)
+{
+    const QMargins deco = decorationOf(window);
+    window->move(framed(window) || !window->isWindow() ? topLeft : topLeft + QPoint(deco.left(), deco.top()));
+}
+
 int QtForm::scaleMode() const
 {
     if (!m_form)
@@ -236,7 +282,7 @@ GetResult QtForm::get(std::string_view name)
     if (!m_form)
         return hostError(HostErrc::Failed, "The form is gone");
     QWidget *win = window();
-    const QRect frame = win->frameGeometry();
+    const QRect frame = win->geometry().marginsAdded(decorationOf(win));
     const int mode = scaleMode();
     if (name == "Name") {
         auto *main = qobject_cast<QMainWindow *>(m_form->parentWidget());
@@ -312,15 +358,17 @@ SetResult QtForm::set(std::string_view name, const Value &value)
         const int px = twips ? unitsToPixels(*twips, ScaleTwips, horizontal ? Axis::X : Axis::Y, &ok) : 0;
         if (!ok || ((name == "Width" || name == "Height") && px < 0))
             return hostError(HostErrc::InvalidValue, "Invalid property value");
-        const QRect frame = win->frameGeometry();
+        // The frame counts.
+        const QMargins deco = decorationOf(win);
+        const QRect frame = win->geometry().marginsAdded(deco);
         if (name == "Left")
-            win->move(px, frame.y());
+            moveFrameTo(win, QPoint(px, frame.y()));
         else if (name == "Top")
-            win->move(frame.x(), px);
-        else if (name == "Width") // the frame counts: take the decoration off
-            win->resize(qMax(0, px - (frame.width() - win->width())), win->height());
+            moveFrameTo(win, QPoint(frame.x(), px));
+        else if (name == "Width")
+            win->resize(qMax(0, px - deco.left() - deco.right()), win->height());
         else
-            win->resize(win->width(), qMax(0, px - (frame.height() - win->height())));
+            win->resize(win->width(), qMax(0, px - deco.top() - deco.bottom()));
         return Done{};
     }
     if (name == "WindowState") {

@@ -40,6 +40,15 @@ public:
     // The window the form's window-level members act on.
     QWidget *window() const { return windowOf(m_form); }
     static QWidget *windowOf(QWidget *form);
+    // The window manager's frame around a window: its own once it has one,
+    // before that the one last noted on a framed window (window-level
+    // members count the frame, and a window is placed before it shows).
+    static QMargins decorationOf(const QWidget *window);
+    static void noteDecoration(const QWidget *window);
+    // The window's outer rectangle, and moving it by that: Qt moves a framed
+    // window by its frame, one not framed yet by its inside.
+    static QRect frameOf(const QWidget *window) { return window->geometry().marginsAdded(decorationOf(window)); }
+    static void moveFrameTo(QWidget *window, const QPoint &topLeft);
     int scaleMode() const;
 
     // The MDI area that makes `w` an MDI parent form, or nullptr.
