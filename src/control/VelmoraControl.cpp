@@ -5,6 +5,7 @@
 #include "qt/QtPicture.h"
 #include "qt/QtUnits.h"
 
+#include <QDynamicPropertyChangeEvent>
 #include <QEvent>
 #include <QMainWindow>
 #include <QMdiArea>
@@ -13,6 +14,37 @@
 
 using velmora::HostObjectPtr;
 using velmora::qt::QtPicture;
+
+namespace {
+
+// The classic automation numbers for what a host access can fail with.
+VelmoraError errorObject(const velmora::HostError &error)
+{
+    using velmora::HostErrc;
+    VelmoraError e;
+    switch (error.code) {
+    case HostErrc::NoSuchMember: e.Number = 438; break;
+    case HostErrc::ReadOnly: e.Number = 383; break;
+    case HostErrc::InvalidValue: e.Number = 380; break;
+    case HostErrc::IndexOutOfRange: e.Number = 9; break;
+    case HostErrc::NotAnObject: e.Number = 424; break;
+    case HostErrc::Arithmetic: e.Number = 6; break;
+    case HostErrc::Failed: e.Number = 5; break;
+    }
+    e.Description = QString::fromStdString(error.message());
+    e.Source = QStringLiteral("Velmora");
+    return e;
+}
+
+} // namespace
+
+void VelmoraControlPrivate::changed(const char *name)
+{
+    if (!q)
+        return;
+    Q_EMIT q->PropertyChanged(QString::fromLatin1(name));
+    Q_EMIT q->settingsChanged();
+}
 
 VelmoraControlPrivate::VelmoraControlPrivate(VelmoraControl *owner)
     : q(owner)
@@ -35,7 +67,7 @@ VelmoraControlPrivate::VelmoraControlPrivate(VelmoraControl *owner)
     engine.events.error = [this, flushFonts](const std::string &description, const velmora::HostError &error) {
         flushFonts();
         if (q)
-            Q_EMIT q->Error(QString::fromStdString(description), QString::fromStdString(error.message()));
+            Q_EMIT q->Error(QString::fromStdString(description), errorObject(error));
     };
     host.beforeProcessingEvents = flushFonts;
     engine.events.warning = [](const std::string &text) { qWarning("Velmora: %s", text.c_str()); };
@@ -206,6 +238,10 @@ bool VelmoraControl::event(QEvent *event)
         d->rebind();
         d->watchMainWindow();
     }
+    // A form loaded from a .ui gives the per-control options as dynamic
+    // properties.
+    if (event->type() == QEvent::DynamicPropertyChange)
+        d->dynamicPropertyChanged(static_cast<QDynamicPropertyChangeEvent *>(event)->propertyName());
     return QWidget::event(event);
 }
 
@@ -226,33 +262,71 @@ void VelmoraControl::setDesignTime(bool on)
 }
 
 bool VelmoraControl::ScaleControls() const { return d->driver.ScaleControls; }
-void VelmoraControl::setScaleControls(bool on) { d->driver.ScaleControls = on; }
+void VelmoraControl::setScaleControls(bool on)
+{
+    const auto before = ScaleControls();
+    d->driver.ScaleControls = on;
+    if (d->engine.FormReady)
+        d->driver.FormResized();
+    if (ScaleControls() != before)
+        d->changed("ScaleControls");
+}
 bool VelmoraControl::ScaleFonts() const { return d->engine.ScaleFonts; }
-void VelmoraControl::setScaleFonts(bool on) { d->engine.ScaleFonts = on; }
+void VelmoraControl::setScaleFonts(bool on)
+{
+    const auto before = ScaleFonts();
+    d->engine.ScaleFonts = on;
+    if (ScaleFonts() != before)
+        d->changed("ScaleFonts");
+}
 bool VelmoraControl::ScaleBorders() const { return d->engine.ScaleBorders; }
-void VelmoraControl::setScaleBorders(bool on) { d->engine.ScaleBorders = on; }
+void VelmoraControl::setScaleBorders(bool on)
+{
+    const auto before = ScaleBorders();
+    d->engine.ScaleBorders = on;
+    if (ScaleBorders() != before)
+        d->changed("ScaleBorders");
+}
 bool VelmoraControl::ScaleGraphics() const { return d->engine.ScaleGraphics; }
-void VelmoraControl::setScaleGraphics(bool on) { d->engine.ScaleGraphics = on; }
+void VelmoraControl::setScaleGraphics(bool on)
+{
+    const auto before = ScaleGraphics();
+    d->engine.ScaleGraphics = on;
+    if (ScaleGraphics() != before)
+        d->changed("ScaleGraphics");
+}
 bool VelmoraControl::ResizeOnMouseUp() const { return d->driver.ResizeOnMouseUp; }
-void VelmoraControl::setResizeOnMouseUp(bool on) { d->driver.ResizeOnMouseUp = on; }
+void VelmoraControl::setResizeOnMouseUp(bool on)
+{
+    const auto before = ResizeOnMouseUp();
+    d->driver.ResizeOnMouseUp = on;
+    if (ResizeOnMouseUp() != before)
+        d->changed("ResizeOnMouseUp");
+}
 bool VelmoraControl::GradientFill() const { return d->engine.GradientFill; }
 
 void VelmoraControl::setGradientFill(bool on)
 {
+    const auto before = GradientFill();
     d->engine.GradientFill = on;
     if (on)
         d->driver.drawGradient();
     else if (const auto &form = d->driver.hostForm())
         form->call("Cls", {}); // the painted background, whatever else was drawn into it
+    if (GradientFill() != before)
+        d->changed("GradientFill");
 }
 
 int VelmoraControl::GradientColour() const { return int(d->driver.GradientColour); }
 
 void VelmoraControl::setGradientColour(int colour)
 {
+    const auto before = GradientColour();
     d->driver.GradientColour = std::uint32_t(colour);
     if (d->engine.GradientFill)
         d->driver.drawGradient();
+    if (GradientColour() != before)
+        d->changed("GradientColour");
 }
 
 namespace {
@@ -280,48 +354,87 @@ void place(VelmoraControlPrivate &d, Apply apply)
 } // namespace
 
 VelmoraControl::FormOpenEffects VelmoraControl::FormOpen() const { return FormOpenEffects(d->driver.FormOpen); }
-void VelmoraControl::setFormOpen(FormOpenEffects effect) { d->driver.FormOpen = effect; }
+void VelmoraControl::setFormOpen(FormOpenEffects effect)
+{
+    const auto before = FormOpen();
+    d->driver.FormOpen = effect;
+    if (FormOpen() != before)
+        d->changed("FormOpen");
+}
 double VelmoraControl::FormOpenTime() const { return d->driver.FormOpenTime; }
-void VelmoraControl::setFormOpenTime(double seconds) { d->driver.FormOpenTime = seconds; }
+void VelmoraControl::setFormOpenTime(double seconds)
+{
+    const auto before = FormOpenTime();
+    d->driver.FormOpenTime = seconds;
+    if (FormOpenTime() != before)
+        d->changed("FormOpenTime");
+}
 VelmoraControl::FormCloseEffects VelmoraControl::FormClose() const { return FormCloseEffects(d->driver.FormClose); }
-void VelmoraControl::setFormClose(FormCloseEffects effect) { d->driver.FormClose = effect; }
+void VelmoraControl::setFormClose(FormCloseEffects effect)
+{
+    const auto before = FormClose();
+    d->driver.FormClose = effect;
+    if (FormClose() != before)
+        d->changed("FormClose");
+}
 double VelmoraControl::FormCloseTime() const { return d->driver.FormCloseTime; }
-void VelmoraControl::setFormCloseTime(double seconds) { d->driver.FormCloseTime = seconds; }
+void VelmoraControl::setFormCloseTime(double seconds)
+{
+    const auto before = FormCloseTime();
+    d->driver.FormCloseTime = seconds;
+    if (FormCloseTime() != before)
+        d->changed("FormCloseTime");
+}
 
 bool VelmoraControl::CenterX() const { return d->driver.placement.CenterX; }
 void VelmoraControl::setCenterX(bool on)
 {
+    const auto before = CenterX();
     d->driver.placement.CenterX = on;
     place(*d, [&](velmora::qt::QtForm &f) { d->driver.placement.applyCenterX(f); });
+    if (CenterX() != before)
+        d->changed("CenterX");
 }
 bool VelmoraControl::CenterY() const { return d->driver.placement.CenterY; }
 void VelmoraControl::setCenterY(bool on)
 {
+    const auto before = CenterY();
     d->driver.placement.CenterY = on;
     place(*d, [&](velmora::qt::QtForm &f) { d->driver.placement.applyCenterY(f); });
+    if (CenterY() != before)
+        d->changed("CenterY");
 }
 int VelmoraControl::ScaleX() const { return d->driver.placement.ScaleX; }
 void VelmoraControl::setScaleX(int percent)
 {
+    const auto before = ScaleX();
     d->driver.placement.ScaleX = velmora::WindowPlacement::clampPercent(percent);
     place(*d, [&](velmora::qt::QtForm &f) {
         d->driver.placement.applyInitialSize(f);
         d->driver.placement.applyCenterX(f);
     });
+    if (ScaleX() != before)
+        d->changed("ScaleX");
 }
 int VelmoraControl::ScaleY() const { return d->driver.placement.ScaleY; }
 void VelmoraControl::setScaleY(int percent)
 {
+    const auto before = ScaleY();
     d->driver.placement.ScaleY = velmora::WindowPlacement::clampPercent(percent);
     place(*d, [&](velmora::qt::QtForm &f) {
         d->driver.placement.applyInitialSize(f);
         d->driver.placement.applyCenterY(f);
     });
+    if (ScaleY() != before)
+        d->changed("ScaleY");
 }
 bool VelmoraControl::StayOnTop() const { return d->driver.placement.StayOnTop; }
 void VelmoraControl::setStayOnTop(bool on)
 {
-    d->driver.placement.StayOnTop = on;
+    if (d->driver.placement.StayOnTop != on) {
+        d->driver.placement.StayOnTop = on;
+        d->changed("StayOnTop");
+    }
     // At design time too: the form being designed is held by its parent.
     if (d->designTime) {
         if (QWidget *form = VelmoraControlPrivate::formFor(parentWidget()))
@@ -332,30 +445,90 @@ void VelmoraControl::setStayOnTop(bool on)
         qWarning("VelmoraControl: StayOnTop: Type mismatch: an MDI parent form is not a plain form");
 }
 int VelmoraControl::MdiChildWidth() const { return d->driver.placement.MdiChildWidth; }
-void VelmoraControl::setMdiChildWidth(int twips) { d->driver.placement.MdiChildWidth = twips; }
+void VelmoraControl::setMdiChildWidth(int twips)
+{
+    const auto before = MdiChildWidth();
+    d->driver.placement.MdiChildWidth = twips;
+    if (MdiChildWidth() != before)
+        d->changed("MdiChildWidth");
+}
 int VelmoraControl::MdiChildHeight() const { return d->driver.placement.MdiChildHeight; }
-void VelmoraControl::setMdiChildHeight(int twips) { d->driver.placement.MdiChildHeight = twips; }
+void VelmoraControl::setMdiChildHeight(int twips)
+{
+    const auto before = MdiChildHeight();
+    d->driver.placement.MdiChildHeight = twips;
+    if (MdiChildHeight() != before)
+        d->changed("MdiChildHeight");
+}
 
 int VelmoraControl::MinWidth() const { return d->driver.MinWidth; }
-void VelmoraControl::setMinWidth(int twips) { setLimit(*d, &velmora::FormDriver::MinWidth, twips); }
+void VelmoraControl::setMinWidth(int twips)
+{
+    const auto before = MinWidth();
+    setLimit(*d, &velmora::FormDriver::MinWidth, twips);
+    if (MinWidth() != before)
+        d->changed("MinWidth");
+}
 int VelmoraControl::MinHeight() const { return d->driver.MinHeight; }
-void VelmoraControl::setMinHeight(int twips) { setLimit(*d, &velmora::FormDriver::MinHeight, twips); }
+void VelmoraControl::setMinHeight(int twips)
+{
+    const auto before = MinHeight();
+    setLimit(*d, &velmora::FormDriver::MinHeight, twips);
+    if (MinHeight() != before)
+        d->changed("MinHeight");
+}
 int VelmoraControl::MaxWidth() const { return d->driver.MaxWidth; }
-void VelmoraControl::setMaxWidth(int twips) { setLimit(*d, &velmora::FormDriver::MaxWidth, twips); }
+void VelmoraControl::setMaxWidth(int twips)
+{
+    const auto before = MaxWidth();
+    setLimit(*d, &velmora::FormDriver::MaxWidth, twips);
+    if (MaxWidth() != before)
+        d->changed("MaxWidth");
+}
 int VelmoraControl::MaxHeight() const { return d->driver.MaxHeight; }
-void VelmoraControl::setMaxHeight(int twips) { setLimit(*d, &velmora::FormDriver::MaxHeight, twips); }
+void VelmoraControl::setMaxHeight(int twips)
+{
+    const auto before = MaxHeight();
+    setLimit(*d, &velmora::FormDriver::MaxHeight, twips);
+    if (MaxHeight() != before)
+        d->changed("MaxHeight");
+}
 
 bool VelmoraControl::SaveWindowState() const { return d->driver.SaveWindowState; }
-void VelmoraControl::setSaveWindowState(bool on) { d->driver.SaveWindowState = on; }
+void VelmoraControl::setSaveWindowState(bool on)
+{
+    const auto before = SaveWindowState();
+    d->driver.SaveWindowState = on;
+    if (SaveWindowState() != before)
+        d->changed("SaveWindowState");
+}
 QString VelmoraControl::WindowName() const { return d->driver.WindowName; }
-void VelmoraControl::setWindowName(const QString &name) { d->driver.WindowName = name; }
+void VelmoraControl::setWindowName(const QString &name)
+{
+    const auto before = WindowName();
+    d->driver.WindowName = name;
+    if (WindowName() != before)
+        d->changed("WindowName");
+}
 bool VelmoraControl::KeepOnScreen() const { return d->driver.KeepOnScreen; }
-void VelmoraControl::setKeepOnScreen(bool on) { d->driver.KeepOnScreen = on; }
+void VelmoraControl::setKeepOnScreen(bool on)
+{
+    const auto before = KeepOnScreen();
+    d->driver.KeepOnScreen = on;
+    if (KeepOnScreen() != before)
+        d->changed("KeepOnScreen");
+}
 void VelmoraControl::SaveWindowSettings() { d->driver.SaveWindowSettings(); }
 void VelmoraControl::LoadWindowSettings() { d->driver.LoadWindowSettings(); }
 
 QString VelmoraControl::ReplaceFontsWith() const { return d->driver.ReplaceFontsWith; }
-void VelmoraControl::setReplaceFontsWith(const QString &family) { d->driver.ReplaceFontsWith = family; }
+void VelmoraControl::setReplaceFontsWith(const QString &family)
+{
+    const auto before = ReplaceFontsWith();
+    d->driver.ReplaceFontsWith = family;
+    if (ReplaceFontsWith() != before)
+        d->changed("ReplaceFontsWith");
+}
 
 VelmoraControl::FormPictureEffects VelmoraControl::FormPicture() const
 {
@@ -364,7 +537,10 @@ VelmoraControl::FormPictureEffects VelmoraControl::FormPicture() const
 
 void VelmoraControl::setFormPicture(FormPictureEffects mode)
 {
+    const auto before = FormPicture();
     d->engine.FormPicture = mode;
+    if (FormPicture() != before)
+        d->changed("FormPicture");
 }
 
 double VelmoraControl::DesignFormWidth() const { return d->engine.DesignFormWidth; }

@@ -8,7 +8,10 @@
 // sizes, fonts, border widths and pictures whenever the form is resized.
 #pragma once
 
+#include "control/VelmoraError.h"
+
 #include <QPixmap>
+#include <QVariantMap>
 #include <QWidget>
 
 #include <functional>
@@ -23,37 +26,43 @@ class VelmoraControlPrivate;
 
 class VelmoraControl : public QWidget {
     Q_OBJECT
-    Q_PROPERTY(bool ScaleControls READ ScaleControls WRITE setScaleControls)
-    Q_PROPERTY(bool ScaleFonts READ ScaleFonts WRITE setScaleFonts)
-    Q_PROPERTY(bool ScaleBorders READ ScaleBorders WRITE setScaleBorders)
-    Q_PROPERTY(bool ScaleGraphics READ ScaleGraphics WRITE setScaleGraphics)
-    Q_PROPERTY(bool ResizeOnMouseUp READ ResizeOnMouseUp WRITE setResizeOnMouseUp)
-    Q_PROPERTY(FormPictureEffects FormPicture READ FormPicture WRITE setFormPicture)
-    Q_PROPERTY(bool GradientFill READ GradientFill WRITE setGradientFill)
-    Q_PROPERTY(int GradientColour READ GradientColour WRITE setGradientColour)
-    Q_PROPERTY(QString ReplaceFontsWith READ ReplaceFontsWith WRITE setReplaceFontsWith)
-    Q_PROPERTY(FormOpenEffects FormOpen READ FormOpen WRITE setFormOpen)
-    Q_PROPERTY(double FormOpenTime READ FormOpenTime WRITE setFormOpenTime)
-    Q_PROPERTY(FormCloseEffects FormClose READ FormClose WRITE setFormClose)
-    Q_PROPERTY(double FormCloseTime READ FormCloseTime WRITE setFormCloseTime)
-    Q_PROPERTY(bool CenterX READ CenterX WRITE setCenterX)
-    Q_PROPERTY(bool CenterY READ CenterY WRITE setCenterY)
-    Q_PROPERTY(int ScaleX READ ScaleX WRITE setScaleX)
-    Q_PROPERTY(int ScaleY READ ScaleY WRITE setScaleY)
-    Q_PROPERTY(bool StayOnTop READ StayOnTop WRITE setStayOnTop)
-    Q_PROPERTY(int MdiChildWidth READ MdiChildWidth WRITE setMdiChildWidth)
-    Q_PROPERTY(int MdiChildHeight READ MdiChildHeight WRITE setMdiChildHeight)
-    Q_PROPERTY(int MinWidth READ MinWidth WRITE setMinWidth)
-    Q_PROPERTY(int MinHeight READ MinHeight WRITE setMinHeight)
-    Q_PROPERTY(int MaxWidth READ MaxWidth WRITE setMaxWidth)
-    Q_PROPERTY(int MaxHeight READ MaxHeight WRITE setMaxHeight)
-    Q_PROPERTY(bool SaveWindowState READ SaveWindowState WRITE setSaveWindowState)
-    Q_PROPERTY(QString WindowName READ WindowName WRITE setWindowName)
-    Q_PROPERTY(bool KeepOnScreen READ KeepOnScreen WRITE setKeepOnScreen)
-    Q_PROPERTY(double DesignFormWidth READ DesignFormWidth WRITE setDesignFormWidth)
-    Q_PROPERTY(double DesignFormHeight READ DesignFormHeight WRITE setDesignFormHeight)
-    Q_PROPERTY(double DesignFormScaleWidth READ DesignFormScaleWidth WRITE setDesignFormScaleWidth)
-    Q_PROPERTY(double DesignFormScaleHeight READ DesignFormScaleHeight WRITE setDesignFormScaleHeight)
+    // In the order the component has always published them.
+    Q_PROPERTY(bool ScaleFonts READ ScaleFonts WRITE setScaleFonts NOTIFY settingsChanged)
+    Q_PROPERTY(bool CenterX READ CenterX WRITE setCenterX NOTIFY settingsChanged)
+    Q_PROPERTY(bool CenterY READ CenterY WRITE setCenterY NOTIFY settingsChanged)
+    Q_PROPERTY(bool GradientFill READ GradientFill WRITE setGradientFill NOTIFY settingsChanged)
+    Q_PROPERTY(int GradientColour READ GradientColour WRITE setGradientColour NOTIFY settingsChanged)
+    Q_PROPERTY(bool ScaleControls READ ScaleControls WRITE setScaleControls NOTIFY settingsChanged)
+    Q_PROPERTY(int ScaleX READ ScaleX WRITE setScaleX NOTIFY settingsChanged)
+    Q_PROPERTY(int ScaleY READ ScaleY WRITE setScaleY NOTIFY settingsChanged)
+    Q_PROPERTY(bool StayOnTop READ StayOnTop WRITE setStayOnTop NOTIFY settingsChanged)
+    Q_PROPERTY(int MinWidth READ MinWidth WRITE setMinWidth NOTIFY settingsChanged)
+    Q_PROPERTY(int MinHeight READ MinHeight WRITE setMinHeight NOTIFY settingsChanged)
+    Q_PROPERTY(int MaxWidth READ MaxWidth WRITE setMaxWidth NOTIFY settingsChanged)
+    Q_PROPERTY(int MaxHeight READ MaxHeight WRITE setMaxHeight NOTIFY settingsChanged)
+    Q_PROPERTY(bool ScaleBorders READ ScaleBorders WRITE setScaleBorders NOTIFY settingsChanged)
+    Q_PROPERTY(int MdiChildWidth READ MdiChildWidth WRITE setMdiChildWidth NOTIFY settingsChanged)
+    Q_PROPERTY(int MdiChildHeight READ MdiChildHeight WRITE setMdiChildHeight NOTIFY settingsChanged)
+    Q_PROPERTY(bool ResizeOnMouseUp READ ResizeOnMouseUp WRITE setResizeOnMouseUp NOTIFY settingsChanged)
+    Q_PROPERTY(int ControlFlagCount READ ControlFlagCount WRITE setControlFlagCount NOTIFY settingsChanged
+                   DESIGNABLE false)
+    Q_PROPERTY(bool ScaleGraphics READ ScaleGraphics WRITE setScaleGraphics NOTIFY settingsChanged)
+    Q_PROPERTY(QString ReplaceFontsWith READ ReplaceFontsWith WRITE setReplaceFontsWith NOTIFY settingsChanged)
+    Q_PROPERTY(bool SaveWindowState READ SaveWindowState WRITE setSaveWindowState NOTIFY settingsChanged)
+    Q_PROPERTY(QString WindowName READ WindowName WRITE setWindowName NOTIFY settingsChanged)
+    Q_PROPERTY(FormPictureEffects FormPicture READ FormPicture WRITE setFormPicture NOTIFY settingsChanged)
+    Q_PROPERTY(FormCloseEffects FormClose READ FormClose WRITE setFormClose NOTIFY settingsChanged)
+    Q_PROPERTY(double FormCloseTime READ FormCloseTime WRITE setFormCloseTime NOTIFY settingsChanged)
+    Q_PROPERTY(FormOpenEffects FormOpen READ FormOpen WRITE setFormOpen NOTIFY settingsChanged)
+    Q_PROPERTY(double FormOpenTime READ FormOpenTime WRITE setFormOpenTime NOTIFY settingsChanged)
+    // Beyond the classic set.
+    Q_PROPERTY(bool KeepOnScreen READ KeepOnScreen WRITE setKeepOnScreen NOTIFY settingsChanged)
+    // The design reference, saved with the form from the editor.
+    Q_PROPERTY(double DesignFormWidth READ DesignFormWidth WRITE setDesignFormWidth DESIGNABLE false)
+    Q_PROPERTY(double DesignFormHeight READ DesignFormHeight WRITE setDesignFormHeight DESIGNABLE false)
+    Q_PROPERTY(double DesignFormScaleWidth READ DesignFormScaleWidth WRITE setDesignFormScaleWidth DESIGNABLE false)
+    Q_PROPERTY(double DesignFormScaleHeight READ DesignFormScaleHeight WRITE setDesignFormScaleHeight
+                   DESIGNABLE false)
 
 public:
     enum FormPictureEffects { FpNone = 0, FpFit = 1, FpCenter = 2, FpTile = 3 };
@@ -62,6 +71,13 @@ public:
     Q_ENUM(FormOpenEffects)
     enum FormCloseEffects { FcNone = 0, FcWipeLeft, FcWipeRight, FcWipeUp, FcWipeDown, FcWipeVertical, FcWipeHorizontal, FcFold };
     Q_ENUM(FormCloseEffects)
+    // Published with the others; no member takes or returns it.
+    enum FormStates { fsNone = 0, fsLocked = 1, fsEnabled = 2 };
+    Q_ENUM(FormStates)
+
+    // The help text of a property, method or signal by name, as the
+    // property pages and Designer show it; empty for a member without one.
+    static QString helpText(const QString &member);
 
     explicit VelmoraControl(QWidget *parent = nullptr);
     ~VelmoraControl() override;
@@ -194,13 +210,58 @@ public:
     // Places one recorded control for the form's present size.
     Q_INVOKABLE void AdjustPosition(QWidget *control);
 
+    // The saved settings as the form's description keeps them (a property
+    // bag): values equal to their defaults are left out, the per-control
+    // options are indexed keys ("ControlFlagControlKey1",
+    // "ControlFlagDontScaleLeft12" ...), and the four design sizes are
+    // written only at design time. Reading takes each key straight into the
+    // control (nothing acts on the form); a missing or unusable value reads
+    // as its default, and the rest still reads.
+    QVariantMap writeProperties() const;
+    void readProperties(const QVariantMap &bag);
+    // Every setting back to its default, no per-control options.
+    void initProperties();
+
+    // The per-control options, entries 1 to ControlFlagCount (0 exists and
+    // holds nothing). An index out of range reads false or empty, sets
+    // nothing, warns, and says so through `ok`. A change reaches the resize
+    // pass's switches for that control key at once.
+    int ControlFlagCount() const;
+    void setControlFlagCount(int count);
+    bool ControlFlagDontScaleControl(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleControl(int index, bool on, bool *ok = nullptr);
+    bool ControlFlagDontScaleFont(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleFont(int index, bool on, bool *ok = nullptr);
+    bool ControlFlagDontScaleBorder(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleBorder(int index, bool on, bool *ok = nullptr);
+    bool ControlFlagDontScaleGraphic(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleGraphic(int index, bool on, bool *ok = nullptr);
+    bool ControlFlagDontScaleLeft(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleLeft(int index, bool on, bool *ok = nullptr);
+    bool ControlFlagDontScaleTop(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleTop(int index, bool on, bool *ok = nullptr);
+    bool ControlFlagDontScaleWidth(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleWidth(int index, bool on, bool *ok = nullptr);
+    bool ControlFlagDontScaleHeight(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleHeight(int index, bool on, bool *ok = nullptr);
+    bool ControlFlagDontScaleRight(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleRight(int index, bool on, bool *ok = nullptr);
+    bool ControlFlagDontScaleBottom(int index, bool *ok = nullptr) const;
+    void setControlFlagDontScaleBottom(int index, bool on, bool *ok = nullptr);
+    QString ControlFlagControlKey(int index, bool *ok = nullptr) const;
+    void setControlFlagControlKey(int index, const QString &key, bool *ok = nullptr);
+
     void setVisible(bool visible) override;
 
 Q_SIGNALS:
     void ResizeStarted();
     void ResizeDone();
-    // A failure the pass absorbed: what failed, and the toolkit's reason.
-    void Error(const QString &Description, const QString &ErrorObject);
+    // A failure the pass absorbed: what failed, and the toolkit's error.
+    void Error(const QString &Description, const VelmoraError &ErrorObject);
+    // A setting changed (its property name): the form's saved description
+    // needs writing again.
+    void PropertyChanged(const QString &name);
+    void settingsChanged();
 
 protected:
     bool event(QEvent *event) override;

@@ -5,6 +5,7 @@
 #include "control/VelmoraControl.h"
 #include "engine/ResizeEngine.h"
 #include "form/FormDriver.h"
+#include "layout/ControlFlagTable.h"
 #include "qt/QtEngineHost.h"
 
 class VelmoraControlPrivate : public std::enable_shared_from_this<VelmoraControlPrivate> {
@@ -21,6 +22,24 @@ public:
     void watchMainWindow();
     velmora::HostObjectPtr hostFor(QWidget *w) const;
     QPixmap pixmapOf(const velmora::HostObjectPtr &picture) const;
+
+    // Tells the host a setting changed, by its property name.
+    void changed(const char *name);
+
+    // The per-control options: the arrays the bag keeps, and the records
+    // of the resize pass made to follow them.
+    velmora::ControlFlagTable flagTable;
+    void applyFlagEntry(int index);
+    void readFlagEntry(int index, const QVariantMap &bag);
+    bool flagIndexOk(const char *member, int index, bool *ok) const;
+    bool flag(int f, int index, bool *ok) const;
+    void setFlag(int f, int index, bool on, bool *ok);
+    // The indexed keys kept on the component as dynamic properties (as a
+    // form loaded from a .ui gives them, and as a form builder saves them).
+    QVariantMap dynamicFlagBag() const;
+    void mirrorFlag(const QString &key, const QVariant &value, bool isDefault);
+    bool dynamicPropertyChanged(const QByteArray &name);
+    bool syncingDynamic = false;
 
     VelmoraControl *q; // nullptr once the component is deleted
     velmora::qt::QtEngineHost host;

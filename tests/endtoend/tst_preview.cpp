@@ -203,7 +203,7 @@ void tst_Preview::badInputGivesClearErrors_data()
     QTest::newRow("size past an int") << QStringList{"--size", "99999999999x100"} << 2 << "too large";
     QTest::newRow("setting without a value") << QStringList{"--property", "GradientFill"} << 2 << "expected NAME=VALUE";
     QTest::newRow("unknown setting") << QStringList{"--property", "Gradient=true"} << 2
-                                     << "VelmoraControl has no setting 'Gradient' (it has: ScaleControls,";
+                                     << "VelmoraControl has no setting 'Gradient' (it has: ScaleFonts, CenterX,";
     QTest::newRow("a QWidget property is not a setting") << QStringList{"--property", "enabled=false"} << 2
                                                          << "no setting 'enabled'";
     QTest::newRow("switch") << QStringList{"--property", "GradientFill=maybe"} << 2

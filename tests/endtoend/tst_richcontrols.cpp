@@ -118,10 +118,10 @@ struct ScaledForm {
         widget.resize(400, 300);
         velmora = new VelmoraControl(&widget);
         velmora->setResizeOnMouseUp(false);
-        QObject::connect(velmora, &VelmoraControl::Error, &widget, [this](const QString &text, const QString &why) {
+        QObject::connect(velmora, &VelmoraControl::Error, &widget, [this](const QString &text, const VelmoraError &why) {
             ++errors;
             description = text;
-            reason = why;
+            reason = why.Description;
         });
         widget.show();
         QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));

@@ -47,7 +47,7 @@ bool PreviewSession::load(const QString &path, QString *error)
     if (!m_control)
         m_control = new VelmoraControl(host);
     // The pass reports what it could not do only through this event.
-    QObject::connect(m_control, &VelmoraControl::Error, m_control, [](const QString &description, const QString &) {
+    QObject::connect(m_control, &VelmoraControl::Error, m_control, [](const QString &description, const VelmoraError &) {
         qWarning("velmora-preview: %s", qPrintable(description.simplified()));
     });
     return true;
