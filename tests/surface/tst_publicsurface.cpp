@@ -1,0 +1,416 @@
+// The component as applications and form files see it: its settings and
+// their defaults, its help texts, its saved settings (the property bag) in
+// code and in .ui files, and the per-control options reaching the layout.
+#include "control/VelmoraControl.h"
+#include "control/VelmoraControl_p.h"
+#include "control/VelmoraUiLoader.h"
+#include "ui_settingsform.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QLabel>
+#include <QMetaEnum>
+#include <QtTest>
+
+namespace {
+
+const velmora::ControlFlags *record(VelmoraControl *v, const char *key)
+{
+    return VelmoraControlPrivate::get(v)->engine.store().flags(key);
+}
+
+// A record's ten switches as text, for comparing records.
+QString switches(const velmora::ControlFlags *f)
+{
+    if (!f)
+        return QStringLiteral("(none)");
+    QString s;
+    for (bool b : {f->DontScaleControl, f->DontScaleFont, f->DontScaleBorder, f->DontScaleGraphic, f->DontScaleLeft,
+                   f->DontScaleTop, f->DontScaleWidth, f->DontScaleHeight, f->DontScaleRight, f->DontScaleBottom})
+        s += b ? QLatin1Char('1') : QLatin1Char('0');
+    return s;
+}
+
+} // namespace
+
+class tst_PublicSurface : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void defaults_data();
+    void defaults();
+    void helpTexts_data();
+    void helpTexts();
+    void enumerations();
+    void bagRoundTrip();
+    void hostileBags_data();
+    void hostileBags();
+    void designSizesOnlyAtDesignTime();
+    void indexOutOfRange_data();
+    void indexOutOfRange();
+    void entriesBeforeTheirCount();
+    void uicAndUiLoaderAgree();
+    void locksReachTheLayout_data();
+    void locksReachTheLayout();
+};
+
+void tst_PublicSurface::defaults_data()
+{
+    QTest::addColumn<QString>("property");
+    QTest::addColumn<QVariant>("value");
+    for (const char *on : {"ScaleFonts", "ScaleControls", "ScaleBorders", "ResizeOnMouseUp", "ScaleGraphics"})
+        QTest::newRow(on) << on << QVariant(true);
+    for (const char *off : {"CenterX", "CenterY", "GradientFill", "StayOnTop", "SaveWindowState", "KeepOnScreen"})
+        QTest::newRow(off) << off << QVariant(false);
+    for (const char *zero : {"ScaleX", "ScaleY", "MinWidth", "MinHeight", "MaxWidth", "MaxHeight", "MdiChildWidth",
+                             "MdiChildHeight", "ControlFlagCount", "FormPicture", "FormClose", "FormOpen"})
+        QTest::newRow(zero) << zero << QVariant(0);
+    QTest::newRow("GradientColour") << "GradientColour" << QVariant(16711680);
+    QTest::newRow("ReplaceFontsWith") << "ReplaceFontsWith" << QVariant(QStringLiteral("<none>"));
+    QTest::newRow("WindowName") << "WindowName" << QVariant(QString());
+    QTest::newRow("FormOpenTime") << "FormOpenTime" << QVariant(1.0);
+    QTest::newRow("FormCloseTime") << "FormCloseTime" << QVariant(1.0);
+}
+
+void tst_PublicSurface::defaults()
+{
+    QFETCH(QString, property);
+    QFETCH(QVariant, value);
+    VelmoraControl v;
+    QVariant actual = v.property(property.toLatin1().constData());
+    if (actual.metaType().flags() & QMetaType::IsEnumeration)
+        actual = actual.toInt();
+    QCOMPARE(actual, value);
+    // A bag with nothing in it reads the same.
+    v.readProperties({});
+    QCOMPARE(v.writeProperties(), QVariantMap());
+}
+
+void tst_PublicSurface::helpTexts_data()
+{
+    QTest::addColumn<QString>("member");
+    QTest::addColumn<QString>("text");
+    const char *table[][2] = {
+        {"ScaleFonts", "If True, scales all fonts of the controls on the form relative to the forms dimensions. ScaleControls must also be set to true."},
+        {"CenterX", "Centers form in X dimension."},
+        {"CenterY", "Centers form in Y dimension."},
+        {"GradientFill", "If True, fills background of form with gradient fill"},
+        {"GradientColour", "Sets the starting colour for the gradient fill"},
+        {"ScaleControls", "If True, scales all controls on the form relative to the forms dimensions"},
+        {"ScaleX", "sets a scale factor of the x dimension of the form as a percentage of  the screen width."},
+        {"ScaleY", "Sets a scale factor of the Y dimension of the form as a percentage of  the screen height."},
+        {"StayOnTop", "If True, the form will stay on top of all other forms on the screen."},
+        {"MinWidth", "Sets Minimum Width for form."},
+        {"MinHeight", "Sets Minimum Height for form."},
+        {"MaxWidth", ""},
+        {"MaxHeight", ""},
+        {"ScaleBorders", "Scales the borders of controls with BorderWidth property, such as lines and shapes."},
+        {"MdiChildWidth", "Sets initial Width of MDI Child Form. Overrides automatic setting by MDI Parent Form."},
+        {"MdiChildHeight", "Sets initial Height of MDI Child Form. Overrides automatic setting by MDI Parent Form."},
+        {"ResizeOnMouseUp", "Resizes form when mouse button is released, rater than continuously. This is useful for forms with a lot of controls on them."},
+        {"ControlFlagCount", ""},
+        {"ScaleGraphics", "If True, scales all the graphics of the controls on the form relative to the scaled dimensions of the controls. "},
+        {"ReplaceFontsWith", "If not set to <none>, the control will replace all the form's control fonts with the specified font name.  Fully scaleable fonts should be used, so the controls will scale down to their minimum size."},
+        {"SaveWindowState", "If true, saves window state, position, and size for next session. This feature used the Caption property of the form to store the settings in the registry. Use unique Captions, if using this feature."},
+        {"WindowName", "Name for SaveWindowState to use when saving window settings in the registry (Default is Form.Caption)"},
+        {"FormPicture", "Returns or sets a value indicating how the Picture object of a form is manipulated by QxVelmora\u00ae"},
+        {"FormClose", "Defines effect to use when closing a Form"},
+        {"FormCloseTime", "Defines duration of effect when closing a Form"},
+        {"FormOpen", "Defines effect to use when opening a Form"},
+        {"FormOpenTime", "Defines duration of effect when opening a Form"},
+        {"ScalePicture", "Manually scale a picture object of a control to a ratio of current size."},
+        {"SizePicture", "Manually scale a picture object of a control to specific size."},
+        {"CenterPicture", "Centers Picture object within Container object"},
+        {"TilePicture", "This function can be used to manually tile a picture within a container."},
+        {"Reset", "Resets the reference for control, font, and graphic resizing. Reset sizes from the relationship of the objects to the current size of the form rather than the original size of the form (default)."},
+        {"ShowAboutBox", "Shows information about Velmora"},
+        {"PrintSize", "Prepares and shows the form at the required dimensions for printing."},
+        {"SaveControlInfo", ""},
+        {"ResizeStarted", "Event fired when Velmora has started it's resizing of the constituent controls."},
+        {"ResizeDone", "Event fired when Velmora has completed it's resizing of the constituent controls."},
+        {"Error", "Returns information about non-critical errors."},
+        {"PrintCancelled", "This event is fired when the Cancel button is pressed on the \"Printing.....\" Dialog Box."},
+        {"NoSuchMember", ""},
+    };
+    for (const auto &row : table)
+        QTest::newRow(row[0]) << QString::fromLatin1(row[0]) << QString::fromUtf8(row[1]);
+}
+
+void tst_PublicSurface::helpTexts()
+{
+    QFETCH(QString, member);
+    QFETCH(QString, text);
+    QCOMPARE(VelmoraControl::helpText(member), text);
+}
+
+void tst_PublicSurface::enumerations()
+{
+    const QMetaObject &mo = VelmoraControl::staticMetaObject;
+    const QList<QPair<const char *, QStringList>> expected = {
+        {"FormPictureEffects", {"FpNone", "FpFit", "FpCenter", "FpTile"}},
+        {"FormCloseEffects", {"FcNone", "FcWipeLeft", "FcWipeRight", "FcWipeUp", "FcWipeDown", "FcWipeVertical",
+                              "FcWipeHorizontal", "FcFold"}},
+        {"FormOpenEffects", {"FoNone", "FoWipeLeft", "FoWipeRight", "FoWipeUp", "FoWipeDown", "FoWipeVertical",
+                             "FoWipeHorizontal", "FoFold"}},
+        {"FormStates", {"fsNone", "fsLocked", "fsEnabled"}},
+    };
+    for (const auto &[name, keys] : expected) {
+        const QMetaEnum e = mo.enumerator(mo.indexOfEnumerator(name));
+        QVERIFY2(e.isValid(), name);
+        QCOMPARE(e.keyCount(), keys.size());
+        for (int i = 0; i < keys.size(); ++i) // each constant is its position
+            QCOMPARE(e.keyToValue(keys[i].toLatin1().constData()), i);
+    }
+}
+
+namespace {
+
+void configure(VelmoraControl &v)
+{
+    v.setScaleFonts(false);
+    v.setCenterY(true);
+    v.setGradientColour(0x123456);
+    v.setScaleY(75);
+    v.setMaxHeight(12000);
+    v.setScaleGraphics(false);
+    v.setReplaceFontsWith(QStringLiteral("DejaVu Sans"));
+    v.setSaveWindowState(true);
+    v.setMdiChildWidth(6000);
+    v.setFormOpen(VelmoraControl::FoFold);
+    v.setFormOpenTime(2.5);
+    v.setControlFlagCount(3);
+    v.setControlFlagControlKey(1, QStringLiteral("lblName"));
+    v.setControlFlagDontScaleLeft(1, true);
+    v.setControlFlagControlKey(3, QStringLiteral("cmdOK"));
+    v.setControlFlagDontScaleGraphic(3, true);
+    v.setControlFlagDontScaleBottom(3, true);
+}
+
+} // namespace
+
+void tst_PublicSurface::bagRoundTrip()
+{
+    VelmoraControl original;
+    configure(original);
+    const QVariantMap bag = original.writeProperties();
+    // Defaults are left out; an entry with no switch on keeps its key only.
+    QVERIFY(!bag.contains(QStringLiteral("ScaleControls")));
+    QVERIFY(!bag.contains(QStringLiteral("ControlFlagControlKey2")));
+    QCOMPARE(bag.value(QStringLiteral("ControlFlagDontScaleBottom3")), QVariant(true));
+    QVERIFY(!bag.contains(QStringLiteral("ControlFlagDontScaleTop3")));
+
+    VelmoraControl copy;
+    copy.readProperties(bag);
+    QCOMPARE(copy.writeProperties(), bag);
+    for (const char *key : {"lblName", "cmdOK"})
+        QCOMPARE(switches(record(&copy, key)), switches(record(&original, key)));
+    QCOMPARE(switches(record(&copy, "cmdOK")), QStringLiteral("0001000001"));
+    // A bag read resets what it does not mention.
+    copy.readProperties({});
+    QCOMPARE(copy.writeProperties(), QVariantMap());
+}
+
+void tst_PublicSurface::hostileBags_data()
+{
+    QTest::addColumn<QVariantMap>("bag");
+    QTest::addColumn<QVariantMap>("expected"); // what writeProperties gives back
+    QTest::addColumn<QString>("key");         // a record that must exist ...
+    QTest::addColumn<QString>("flags");       // ... with these switches
+    const QVariantMap kept{{"CenterX", true}, {"WindowName", "kept"}};
+    const auto with = [&](QVariantMap m) {
+        for (auto it = kept.begin(); it != kept.end(); ++it)
+            m.insert(it.key(), it.value());
+        return m;
+    };
+    QTest::newRow("wrong types")
+        << with({{"ScaleFonts", "maybe"}, {"ScaleX", "abc"}, {"MinWidth", QVariantList{1, 2}}, {"ReplaceFontsWith", 12},
+                 {"FormOpenTime", "soon"}})
+        << kept << "" << "";
+    QTest::newRow("numbers out of range")
+        << with({{"ScaleX", 70000}, {"GradientColour", qint64(1) << 40}, {"FormOpen", 8}, {"FormCloseTime", qQNaN()},
+                 {"DesignFormWidth", 1e300}})
+        << kept << "" << "";
+    QTest::newRow("count -5") << with({{"ControlFlagCount", -5}, {"ControlFlagControlKey1", "a"}}) << kept << "" << "";
+    QTest::newRow("count 100000") << with({{"ControlFlagCount", 100000}}) << kept << "" << "";
+    QTest::newRow("count as text") << with({{"ControlFlagCount", "1"}, {"ControlFlagControlKey1", "a"}})
+                                   << with({{"ControlFlagCount", 1}, {"ControlFlagControlKey1", "a"}}) << "a"
+                                   << "0000000000";
+    QTest::newRow("gaps") << with({{"ControlFlagCount", 3}, {"ControlFlagControlKey3", "c"},
+                                   {"ControlFlagDontScaleLeft3", true}})
+                          << with({{"ControlFlagCount", 3}, {"ControlFlagControlKey3", "c"},
+                                   {"ControlFlagDontScaleLeft3", true}})
+                          << "c" << "0000100000";
+    QTest::newRow("keys beyond the count") << with({{"ControlFlagCount", 1}, {"ControlFlagControlKey2", "b"}})
+                                           << with({{"ControlFlagCount", 1}}) << "b" << "(none)";
+    QTest::newRow("two entries, one key: the later wins")
+        << with({{"ControlFlagCount", 2}, {"ControlFlagControlKey1", "x"}, {"ControlFlagDontScaleTop1", true},
+                 {"ControlFlagControlKey2", "x"}, {"ControlFlagDontScaleLeft2", true}})
+        << with({{"ControlFlagCount", 2}, {"ControlFlagControlKey1", "x"}, {"ControlFlagDontScaleTop1", true},
+                 {"ControlFlagControlKey2", "x"}, {"ControlFlagDontScaleLeft2", true}})
+        << "x" << "0000100000";
+    QTest::newRow("an effect time absent reads 1, not 0") << with({{"FormOpenTime", 0.25}})
+                                                          << with({{"FormOpenTime", 0.25f}}) << "" << "";
+}
+
+void tst_PublicSurface::hostileBags()
+{
+    QFETCH(QVariantMap, bag);
+    QFETCH(QVariantMap, expected);
+    QFETCH(QString, key);
+    QFETCH(QString, flags);
+    VelmoraControl v;
+    configure(v); // whatever it held before is replaced
+    v.readProperties(bag);
+    QCOMPARE(v.writeProperties(), expected);
+    QCOMPARE(v.FormCloseTime(), 1.0);
+    if (!key.isEmpty())
+        QCOMPARE(switches(record(&v, key.toLatin1().constData())), flags);
+}
+
+void tst_PublicSurface::designSizesOnlyAtDesignTime()
+{
+    QWidget form;
+    form.resize(400, 300);
+    auto *v = new VelmoraControl(&form);
+    form.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&form));
+    const QStringList sizes = {"DesignFormWidth", "DesignFormHeight", "DesignFormScaleWidth", "DesignFormScaleHeight"};
+    for (const QString &k : sizes)
+        QVERIFY(!v->writeProperties().contains(k));
+    v->setDesignTime(true);
+    const QVariantMap bag = v->writeProperties();
+    QCOMPARE(bag.value(QStringLiteral("DesignFormScaleWidth")).toFloat(), 400.0f * 15);
+    QCOMPARE(bag.value(QStringLiteral("DesignFormScaleHeight")).toFloat(), 300.0f * 15);
+    QCOMPARE(bag.value(QStringLiteral("DesignFormWidth")).toFloat(), float(form.frameGeometry().width() * 15));
+    QCOMPARE(bag.value(QStringLiteral("DesignFormHeight")).toFloat(), float(form.frameGeometry().height() * 15));
+}
+
+void tst_PublicSurface::indexOutOfRange_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("ok");
+    QTest::newRow("0 exists, holds nothing") << 0 << true;
+    QTest::newRow("the last entry") << 2 << true;
+    QTest::newRow("one past the count") << 3 << false;
+    QTest::newRow("negative") << -1 << false;
+}
+
+void tst_PublicSurface::indexOutOfRange()
+{
+    QFETCH(int, index);
+    QFETCH(bool, ok);
+    VelmoraControl v;
+    v.setControlFlagCount(2);
+    if (!ok)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("ControlFlagDontScaleLeft.*out of range 0..2"));
+    bool reported = !ok;
+    QCOMPARE(v.ControlFlagDontScaleLeft(index, &reported), false);
+    QCOMPARE(reported, ok);
+    if (!ok)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("setControlFlagControlKey.*out of range"));
+    v.setControlFlagControlKey(index, QStringLiteral("k"), &reported);
+    QCOMPARE(reported, ok);
+    // Entry 0 is held but is no entry: no record for it.
+    QCOMPARE(record(&v, "k") != nullptr, ok && index > 0);
+}
+
+void tst_PublicSurface::entriesBeforeTheirCount()
+{
+    // A form may give its entries before their count: they are read when
+    // the count reaches them.
+    VelmoraControl v;
+    v.setProperty("ControlFlagControlKey2", QStringLiteral("late"));
+    v.setProperty("ControlFlagDontScaleWidth2", true);
+    QVERIFY(!record(&v, "late"));
+    v.setControlFlagCount(2);
+    QCOMPARE(v.ControlFlagControlKey(2), QStringLiteral("late"));
+    QCOMPARE(switches(record(&v, "late")), QStringLiteral("0000001000"));
+    // Set from code, a switch is kept as the dynamic property a form
+    // builder saves, and left out again at its default.
+    v.setControlFlagDontScaleTop(2, true);
+    QCOMPARE(v.property("ControlFlagDontScaleTop2"), QVariant(true));
+    v.setControlFlagDontScaleTop(2, false);
+    QVERIFY(!v.property("ControlFlagDontScaleTop2").isValid());
+}
+
+void tst_PublicSurface::uicAndUiLoaderAgree()
+{
+    QWidget compiled;
+    Ui::SettingsForm ui;
+    ui.setupUi(&compiled);
+
+    VelmoraUiLoader loader;
+    QFile file(QFINDTESTDATA("settingsform.ui"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    std::unique_ptr<QWidget> loaded(loader.load(&file));
+    QVERIFY(loaded);
+    auto *fromLoader = loaded->findChild<VelmoraControl *>(QStringLiteral("velmora"));
+    QVERIFY(fromLoader);
+
+    const QVariantMap expected{
+        {"ScaleFonts", false}, {"CenterX", true}, {"GradientColour", 32768}, {"ScaleX", 40}, {"MinWidth", 3000},
+        {"MaxWidth", 9000}, {"ResizeOnMouseUp", false}, {"ControlFlagCount", 2},
+        {"ControlFlagControlKey1", "lblName"}, {"ControlFlagDontScaleFont1", true}, {"ControlFlagDontScaleLeft1", true},
+        {"ControlFlagControlKey2", "cmdOK"}, {"ControlFlagDontScaleRight2", true},
+        {"ControlFlagDontScaleBottom2", true}, {"ReplaceFontsWith", "DejaVu Serif"}, {"WindowName", "Settings form"},
+        {"MdiChildHeight", 4500}, {"FormPicture", 3}, {"FormClose", 7}, {"FormCloseTime", 0.5f}, {"FormOpen", 4}};
+    QCOMPARE(ui.velmora->writeProperties(), expected);
+    QCOMPARE(fromLoader->writeProperties(), expected);
+    for (VelmoraControl *v : {ui.velmora, fromLoader}) {
+        QCOMPARE(switches(record(v, "lblName")), QStringLiteral("0100100000"));
+        QCOMPARE(switches(record(v, "cmdOK")), QStringLiteral("0000000011"));
+        QCOMPARE(v->DesignFormScaleWidth(), 6000.0);
+        v->setDesignTime(true); // only now are the design sizes written
+        QVERIFY(v->writeProperties().contains(QStringLiteral("DesignFormWidth")));
+    }
+}
+
+void tst_PublicSurface::locksReachTheLayout_data()
+{
+    QTest::addColumn<int>("scaleMode");
+    QTest::addColumn<QStringList>("locks");
+    QTest::addColumn<QRect>("expected");
+    // Designed at (100, 200, 300, 400) on 1000 x 1000, shown at 2000 x 1500.
+    for (const int mode : {1, 3}) {
+        const QByteArray unit = mode == 1 ? " (twips)" : " (pixels)";
+        QTest::newRow("no locks" + unit) << mode << QStringList() << QRect(200, 300, 600, 600);
+        QTest::newRow("left" + unit) << mode << QStringList{"Left"} << QRect(100, 300, 600, 600);
+        QTest::newRow("right: keeps its right margin" + unit) << mode << QStringList{"Right"} << QRect(800, 300, 600, 600);
+        QTest::newRow("left and right: stretches" + unit) << mode << QStringList{"Left", "Right"}
+                                                          << QRect(100, 300, 1300, 600);
+        QTest::newRow("bottom: keeps its bottom margin" + unit) << mode << QStringList{"Bottom"}
+                                                                << QRect(200, 500, 600, 600);
+        QTest::newRow("top and height" + unit) << mode << QStringList{"Top", "Height"} << QRect(200, 200, 600, 400);
+    }
+}
+
+void tst_PublicSurface::locksReachTheLayout()
+{
+    QFETCH(int, scaleMode);
+    QFETCH(QStringList, locks);
+    QFETCH(QRect, expected);
+    QWidget form;
+    form.setProperty("ScaleMode", scaleMode);
+    form.resize(1000, 1000);
+    auto *target = new QFrame(&form);
+    target->setObjectName(QStringLiteral("target"));
+    target->setGeometry(100, 200, 300, 400);
+    auto *v = new VelmoraControl(&form);
+    v->setResizeOnMouseUp(false);
+    v->setControlFlagCount(1);
+    v->setControlFlagControlKey(1, QStringLiteral("target"));
+    using Setter = void (VelmoraControl::*)(int, bool, bool *);
+    const QHash<QString, Setter> setters{
+        {"Left", &VelmoraControl::setControlFlagDontScaleLeft}, {"Top", &VelmoraControl::setControlFlagDontScaleTop},
+        {"Right", &VelmoraControl::setControlFlagDontScaleRight},
+        {"Bottom", &VelmoraControl::setControlFlagDontScaleBottom},
+        {"Height", &VelmoraControl::setControlFlagDontScaleHeight}};
+    for (const QString &lock : locks)
+        (v->*setters.value(lock))(1, true, nullptr);
+    form.show();
+    QVERIFY(QTest::qWaitFor([&] { return v->isFormReady(); }, 2000));
+    form.resize(2000, 1500);
+    QTRY_COMPARE(target->geometry(), expected);
+}
+
+QTEST_MAIN(tst_PublicSurface)
+#include "tst_publicsurface.moc"
