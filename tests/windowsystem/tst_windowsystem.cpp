@@ -36,7 +36,7 @@ struct Form {
     {
         widget.move(at);
         widget.show();
-        return QTest::qWaitForWindowExposed(&widget) && QTest::qWaitFor([&] { return velmora->isFormReady(); }, 3000);
+        return QTest::qWaitForWindowExposed(&widget) && QTest::qWaitFor([&] { return velmora->isFormReady(); }, 8000);
     }
 };
 
@@ -49,7 +49,7 @@ QColor onScreen(const QPoint &p)
 
 bool settle(const std::function<bool()> &done)
 {
-    return QTest::qWaitFor(done, 3000);
+    return QTest::qWaitFor(done, 8000);
 }
 
 } // namespace
