@@ -72,6 +72,14 @@ VelmoraControlPrivate::VelmoraControlPrivate(VelmoraControl *owner)
     host.beforeProcessingEvents = flushFonts;
     engine.events.warning = [](const std::string &text) { qWarning("Velmora: %s", text.c_str()); };
     driver.keepAlive = [this]() -> std::shared_ptr<void> { return shared_from_this(); };
+    QObject::connect(&printing, &velmora::PrintSizing::printCancelled, q, [this] {
+        if (q)
+            Q_EMIT q->PrintCancelled();
+    });
+    QObject::connect(&printing, &velmora::PrintSizing::scaleModeError, q, [this](const velmora::HostError &error) {
+        if (q)
+            Q_EMIT q->Error(QStringLiteral("Error in ScaleMode"), errorObject(error));
+    });
     QObject::connect(&driver, &velmora::FormDriver::trappedError, q, [owner](const QString &text) {
         VelmoraControl::trappedErrorHandler()(owner->window(), text);
     });
@@ -581,6 +589,33 @@ bool VelmoraControl::isFormReady() const
 void VelmoraControl::Reset()
 {
     d->driver.Reset();
+}
+
+QString VelmoraControl::version()
+{
+    return QStringLiteral(VELMORA_VERSION);
+}
+
+void VelmoraControl::ShowAboutBox()
+{
+    // Not modal to the application: it stays until the user closes it.
+    auto *box = new QMessageBox(QMessageBox::Information, QStringLiteral("About Velmora"),
+                                QStringLiteral("Velmora %1\n\nScales the controls of an absolutely positioned Qt "
+                                               "form with the form.")
+                                    .arg(version()),
+                                QMessageBox::Ok, window());
+    box->setObjectName(QStringLiteral("VelmoraAboutBox"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::NonModal);
+    box->show();
+}
+
+int VelmoraControl::PrintSize(bool Enabled, double PrintWidth, double PrintHeight, int ScaleMode, bool Hide,
+                              bool ShowDialog, bool AllowCancel)
+{
+    if (d->designTime)
+        return 0;
+    return d->printing.PrintSize(Enabled, PrintWidth, PrintHeight, ScaleMode, Hide, ShowDialog, AllowCancel);
 }
 
 QPixmap VelmoraControl::ScalePicture(const QPixmap &picture, double xScale, double yScale)

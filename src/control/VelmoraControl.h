@@ -198,6 +198,17 @@ public:
 
     // Takes the form as it is now as its design layout.
     Q_INVOKABLE void Reset();
+    // A small box with the component's version.
+    Q_INVOKABLE void ShowAboutBox();
+    static QString version();
+    // Holds the form at a size for printing (PrintWidth x PrintHeight in
+    // ScaleMode units, outer size; 0: its design size) so that the
+    // application can render it, optionally off-screen (Hide) and with a
+    // "Printing..." window (ShowDialog) whose Cancel (AllowCancel) puts the
+    // form back and signals PrintCancelled; PrintSize(false) puts it back.
+    // Does nothing at design time or on an MDI parent. Returns 0.
+    Q_INVOKABLE int PrintSize(bool Enabled, double PrintWidth = 0, double PrintHeight = 0, int ScaleMode = 1,
+                              bool Hide = false, bool ShowDialog = false, bool AllowCancel = false);
     // Picture functions; a null pixmap when the source is empty. Sizes are
     // in pixels.
     Q_INVOKABLE QPixmap ScalePicture(const QPixmap &picture, double xScale, double yScale);
@@ -258,6 +269,8 @@ Q_SIGNALS:
     void ResizeDone();
     // A failure the pass absorbed: what failed, and the toolkit's error.
     void Error(const QString &Description, const VelmoraError &ErrorObject);
+    // The "Printing..." window's Cancel was pressed (the form is back).
+    void PrintCancelled();
     // A setting changed (its property name): the form's saved description
     // needs writing again.
     void PropertyChanged(const QString &name);

@@ -5,6 +5,7 @@
 #include "control/VelmoraControl.h"
 #include "engine/ResizeEngine.h"
 #include "form/FormDriver.h"
+#include "form/PrintSizing.h"
 #include "layout/ControlFlagTable.h"
 #include "qt/QtEngineHost.h"
 
@@ -46,4 +47,5 @@ public:
     velmora::ResizeEngine engine{host};
     velmora::FormDriver driver{engine};
     QPointer<QObject> mainWindowWatch;
+    velmora::PrintSizing printing{driver, engine};
 };

@@ -319,6 +319,12 @@ void FormDriver::FormResized()
     try {
         if (!m_engine.FormReady) {
             SettingUp = true;
+            // Placed before the window system has it: with the frame it will
+            // most likely get.
+            if (QWidget *window = m_hostForm->window()) {
+                const QWindow *handle = window->window()->windowHandle();
+                m_hostForm->setBeforeScreen(!handle || !handle->isExposed());
+            }
             // Before the layout is taken, so that fonts scale from the new face.
             applyReplacementFont(*m_hostForm, ReplaceFontsWith.toStdString());
             placement.applyMdiChildSize(*m_hostForm);
@@ -385,7 +391,7 @@ bool FormDriver::waitForScreen(bool placed, bool opening)
     // Placed before it had a frame (with the one the last window had, if
     // any): the frame the window was given is given again if it differs once
     // the window manager has framed it.
-    m_placedFrame = placed && window->isWindow() ? qt::QtForm::frameOf(window) : QRect();
+    m_placedFrame = placed && window->isWindow() ? m_hostForm->frameOf(window) : QRect();
     m_openPending = opening;
     m_screenWait = handle;
     handle->installEventFilter(this);
@@ -446,6 +452,7 @@ void FormDriver::finishSetUp(bool playOpening)
 {
     if (!m_hostForm)
         return;
+    m_hostForm->setBeforeScreen(false);
     if (playOpening)
         playEffect(true);
     else if (QWidget *window = m_hostForm->window())
@@ -498,7 +505,7 @@ void FormDriver::applyLimits()
 
 void FormDriver::rememberNormalRect()
 {
-    if (!m_hostForm || getLong(*m_hostForm, "WindowState").value_or(-1) != 0)
+    if (!m_hostForm || !TrackWindowRect || getLong(*m_hostForm, "WindowState").value_or(-1) != 0)
         return;
     if (m_window) // a maximised window's frame may differ
         qt::QtForm::noteDecoration(m_window);
@@ -510,6 +517,9 @@ void FormDriver::rememberNormalRect()
 
 void FormDriver::SaveWindowSettings()
 {
+    // A window in its normal state is saved as it is now (Qt may have put
+    // a new window's frame around it without telling it it moved).
+    rememberNormalRect();
     const QString name = windowName();
     const int state = m_hostForm ? int(getLong(*m_hostForm, "WindowState").value_or(0)) : 0;
     WindowSettings::save(name, {SavedWindowRect, state});
@@ -546,7 +556,7 @@ void FormDriver::bringOnScreen()
     QWidget *window = m_hostForm ? m_hostForm->window() : nullptr;
     if (!window || !window->isWindow())
         return; // an MDI child stays within its area by itself
-    const QRect frame = qt::QtForm::frameOf(window);
+    const QRect frame = m_hostForm->frameOf(window);
     const QList<QScreen *> screens = QGuiApplication::screens();
     QScreen *nearest = nullptr;
     qint64 best = -1;
@@ -570,7 +580,7 @@ void FormDriver::bringOnScreen()
     QRect placed(frame.topLeft(), size);
     placed.moveLeft(qBound(area.left(), placed.left(), area.right() - size.width() + 1));
     placed.moveTop(qBound(area.top(), placed.top(), area.bottom() - size.height() + 1));
-    qt::QtForm::moveFrameTo(window, placed.topLeft());
+    m_hostForm->moveFrameTo(window, placed.topLeft());
     rememberNormalRect();
 }
 

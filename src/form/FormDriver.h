@@ -63,6 +63,7 @@ public:
     bool SaveWindowState = false;
     QString WindowName; // empty: the window's title when first needed
     QRectF SavedWindowRect; // twips: the last rectangle of the window in its normal state
+    bool TrackWindowRect = true; // off while print sizing holds the window off-screen
     // After a saved state is loaded: a window lying off every screen comes
     // back onto the nearest one, shrunk to fit it if need be.
     bool KeepOnScreen = false;

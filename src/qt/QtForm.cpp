@@ -154,17 +154,20 @@ bool framed(const QWidget *window)
 }
 } // namespace
 
-QMargins QtForm::decorationOf(const QWidget *window)
+static QMargins actualDecoration(const QWidget *window)
 {
-    if (!window || !window->isWindow())
-        return QMargins();
-    if (!framed(window))
-        return window->isVisible() && window->windowHandle() && window->windowHandle()->isExposed()
-            ? QMargins() // shown and still frameless: it has none
-            : learntDecoration();
     const QRect frame = window->frameGeometry(), inner = window->geometry();
     return QMargins(inner.left() - frame.left(), inner.top() - frame.top(), frame.right() - inner.right(),
                     frame.bottom() - inner.bottom());
+}
+
+QMargins QtForm::decorationOf(const QWidget *window) const
+{
+    if (!window || !window->isWindow())
+        return QMargins();
+    if (framed(window))
+        return actualDecoration(window);
+    return m_beforeScreen ? learntDecoration() : QMargins();
 }
 
 void QtForm::noteDecoration(const QWidget *window)
@@ -174,13 +177,13 @@ void QtForm::noteDecoration(const QWidget *window)
     // While the window manager reframes a window (maximising, restoring) its
     // frame and its inside can be read from different moments: only a frame
     // that looks like a frame is learnt.
-    const QMargins m = decorationOf(window);
+    const QMargins m = actualDecoration(window);
     const auto plausible = [](int side) { return side >= 0 && side <= 64; };
     if (plausible(m.left()) && plausible(m.top()) && plausible(m.right()) && plausible(m.bottom()))
         learntDecoration() = m;
 }
 
-void QtForm::moveFrameTo(QWidget *window, const QPoint &topLeft)
+void QtForm::moveFrameTo(QWidget *window, const QPoint &topLeft) const
 {
     const QMargins deco = decorationOf(window);
     window->move(framed(window) || !window->isWindow() ? topLeft : topLeft + QPoint(deco.left(), deco.top()));

@@ -40,15 +40,16 @@ public:
     // The window the form's window-level members act on.
     QWidget *window() const { return windowOf(m_form); }
     static QWidget *windowOf(QWidget *form);
-    // The window manager's frame around a window: its own once it has one,
-    // before that the one last noted on a framed window (window-level
-    // members count the frame, and a window is placed before it shows).
-    static QMargins decorationOf(const QWidget *window);
+    // The window manager's frame around a window: its own once it has one;
+    // while the window is placed before it reaches the screen, the one last
+    // noted on a framed window (window-level members count the frame).
+    QMargins decorationOf(const QWidget *window) const;
     static void noteDecoration(const QWidget *window);
+    void setBeforeScreen(bool on) { m_beforeScreen = on; }
     // The window's outer rectangle, and moving it by that: Qt moves a framed
     // window by its frame, one not framed yet by its inside.
-    static QRect frameOf(const QWidget *window) { return window->geometry().marginsAdded(decorationOf(window)); }
-    static void moveFrameTo(QWidget *window, const QPoint &topLeft);
+    QRect frameOf(const QWidget *window) const { return window->geometry().marginsAdded(decorationOf(window)); }
+    void moveFrameTo(QWidget *window, const QPoint &topLeft) const;
     int scaleMode() const;
 
     // The MDI area that makes `w` an MDI parent form, or nullptr.
@@ -115,6 +116,7 @@ private:
     QPointer<QWidget> m_form;
     QPointer<QMdiArea> m_mdiArea;
     bool m_mdiParent = false;
+    bool m_beforeScreen = false;
     QPointer<FormPictureLayer> m_pictureLayer;
     struct Adapter {
         QPointer<QObject> object;

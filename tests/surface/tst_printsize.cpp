@@ -1,0 +1,221 @@
+// Holding a form at a print size and putting it back; the about box.
+#include "control/VelmoraControl.h"
+#include "control/VelmoraControl_p.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QtTest>
+
+namespace {
+
+struct Form {
+    QWidget widget;
+    QLabel *label = nullptr;
+    VelmoraControl *velmora = nullptr;
+    int cancelled = 0;
+    QStringList errors;
+
+    Form()
+    {
+        widget.resize(400, 300);
+        label = new QLabel(QStringLiteral("label"), &widget);
+        label->setGeometry(40, 30, 200, 30);
+        velmora = new VelmoraControl(&widget);
+        velmora->setResizeOnMouseUp(false);
+        QObject::connect(velmora, &VelmoraControl::PrintCancelled, [this] { ++cancelled; });
+        QObject::connect(velmora, &VelmoraControl::Error,
+                         [this](const QString &d, const VelmoraError &e) { errors << d + u'|' + e.Description; });
+    }
+    bool show()
+    {
+        widget.move(50, 60);
+        widget.show();
+        return QTest::qWaitFor([&] { return velmora->isFormReady(); }, 3000);
+    }
+};
+
+QWidget *printDialog()
+{
+    for (QWidget *w : QApplication::topLevelWidgets())
+        if (w->objectName() == QLatin1String("frmDialog") && w->isVisible())
+            return w;
+    return nullptr;
+}
+
+} // namespace
+
+class tst_PrintSize : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void printSizes_data();
+    void printSizes();
+    void hiddenStaysOffScreen();
+    void cancelRestoresOnce();
+    void maximisedComesBackMaximised();
+    void refusedWhereItDoesNotApply_data();
+    void refusedWhereItDoesNotApply();
+    void aboutBoxShowsTheVersion();
+};
+
+void tst_PrintSize::printSizes_data()
+{
+    QTest::addColumn<double>("width");
+    QTest::addColumn<double>("height");
+    QTest::addColumn<int>("scaleMode");
+    QTest::addColumn<QSize>("outer"); // pixels; empty: the design size
+    QTest::newRow("no size: the design size") << 0.0 << 0.0 << 1 << QSize();
+    QTest::newRow("twips") << 9000.0 << 12000.0 << 1 << QSize(600, 800);
+    QTest::newRow("pixels") << 700.0 << 500.0 << 3 << QSize(700, 500);
+    QTest::newRow("millimetres (A4)") << 210.0 << 297.0 << 6 << QSize(794, 1123);
+}
+
+void tst_PrintSize::printSizes()
+{
+    QFETCH(double, width);
+    QFETCH(double, height);
+    QFETCH(int, scaleMode);
+    QFETCH(QSize, outer);
+    Form f;
+    QVERIFY(f.show());
+    const QRect designed = f.widget.frameGeometry();
+    if (outer.isEmpty())
+        outer = designed.size();
+    f.widget.resize(500, 350); // the user made it larger: the design size is still what prints
+    QCoreApplication::processEvents();
+    const QRect before = f.widget.frameGeometry();
+    QCOMPARE(f.velmora->PrintSize(true, width, height, scaleMode), 0);
+    QVERIFY2(qAbs(f.widget.frameGeometry().width() - outer.width()) <= 1
+                 && qAbs(f.widget.frameGeometry().height() - outer.height()) <= 1,
+             qPrintable(QStringLiteral("%1x%2").arg(f.widget.frameGeometry().width()).arg(f.widget.frameGeometry().height())));
+    QCOMPARE(f.widget.frameGeometry().topLeft(), before.topLeft()); // not hidden: where it was
+    // Laid out for the print size at once, before the application renders.
+    const double rx = double(f.widget.width()) / 400;
+    QVERIFY2(qAbs(f.label->width() - 200 * rx) <= 1, qPrintable(QString::number(f.label->width())));
+    QVERIFY(!printDialog());
+    f.velmora->PrintSize(false);
+    QCOMPARE(f.widget.frameGeometry(), before);
+    QTRY_COMPARE(f.label->width(), qRound(200 * 500 / 400.0));
+    QCOMPARE(f.cancelled, 0);
+    QVERIFY(f.errors.isEmpty());
+}
+
+void tst_PrintSize::hiddenStaysOffScreen()
+{
+    Form f;
+    QVERIFY(f.show());
+    const QRect before = f.widget.frameGeometry();
+    const QRectF tracked = VelmoraControlPrivate::get(f.velmora)->driver.SavedWindowRect;
+    f.velmora->PrintSize(true, 600, 400, 3, true);
+    QCOMPARE(f.widget.frameGeometry().x(), 32000 / 15);
+    QCOMPARE(f.widget.frameGeometry().y(), before.y());
+    // Moved back by the application (or a window manager): off again.
+    f.widget.move(10, 10);
+    QTRY_COMPARE(f.widget.frameGeometry().x(), 32000 / 15);
+    // The off-screen place is not one the window would reopen at.
+    QCOMPARE(VelmoraControlPrivate::get(f.velmora)->driver.SavedWindowRect, tracked);
+    f.velmora->PrintSize(false);
+    QCOMPARE(f.widget.frameGeometry(), before);
+    QTest::qWait(250);
+    QCOMPARE(f.widget.frameGeometry(), before);
+}
+
+void tst_PrintSize::cancelRestoresOnce()
+{
+    Form f;
+    QVERIFY(f.show());
+    const QRect before = f.widget.frameGeometry();
+    f.velmora->PrintSize(true, 700, 500, 3, false, true, true);
+    QWidget *dialog = printDialog();
+    QVERIFY(dialog);
+    QVERIFY(dialog->windowFlags() & Qt::WindowStaysOnTopHint);
+    QVERIFY(dialog->findChild<QLabel *>(QStringLiteral("lblPrinting")));
+    QCOMPARE(dialog->findChild<QLabel *>(QStringLiteral("lblPrinting"))->text(), QStringLiteral("Printing..."));
+    auto *cancel = dialog->findChild<QPushButton *>(QStringLiteral("cmdCancel"));
+    QVERIFY(cancel && cancel->isVisible());
+    QCOMPARE(cancel->text(), QStringLiteral("&Cancel"));
+    QTest::mouseClick(cancel, Qt::LeftButton);
+    QCOMPARE(f.cancelled, 1);
+    QCOMPARE(f.widget.frameGeometry(), before);
+    QTRY_VERIFY(!printDialog());
+    f.velmora->PrintSize(false); // the application's own restore: nothing more to tell
+    QCOMPARE(f.cancelled, 1);
+
+    // Without AllowCancel the dialog has no button to press.
+    f.velmora->PrintSize(true, 700, 500, 3, false, true, false);
+    QVERIFY(printDialog());
+    QVERIFY(!printDialog()->findChild<QPushButton *>(QStringLiteral("cmdCancel"))->isVisible());
+    f.velmora->PrintSize(false);
+    QTRY_VERIFY(!printDialog());
+    QCOMPARE(f.cancelled, 1);
+}
+
+void tst_PrintSize::maximisedComesBackMaximised()
+{
+    Form f;
+    QVERIFY(f.show());
+    f.widget.showMaximized();
+    QTRY_VERIFY(f.widget.isMaximized());
+    f.velmora->PrintSize(true, 640, 480, 3);
+    QVERIFY(!f.widget.isMaximized());
+    QCOMPARE(f.widget.frameGeometry().size(), QSize(640, 480));
+    f.velmora->PrintSize(false);
+    QTRY_VERIFY(f.widget.isMaximized());
+}
+
+void tst_PrintSize::refusedWhereItDoesNotApply_data()
+{
+    QTest::addColumn<QString>("where");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("a scale mode that does not exist") << "form" << "Error in ScaleMode|Invalid scale mode";
+    QTest::newRow("an MDI parent") << "mdi" << "";
+    QTest::newRow("design time") << "design" << "";
+}
+
+void tst_PrintSize::refusedWhereItDoesNotApply()
+{
+    QFETCH(QString, where);
+    QFETCH(QString, error);
+    QStringList errors;
+    std::unique_ptr<QWidget> window;
+    VelmoraControl *v = nullptr;
+    if (where == QLatin1String("mdi")) {
+        auto *main = new QMainWindow;
+        main->setCentralWidget(new QMdiArea);
+        v = new VelmoraControl(main);
+        window.reset(main);
+    } else {
+        window = std::make_unique<QWidget>();
+        v = new VelmoraControl(window.get());
+        v->setDesignTime(where == QLatin1String("design"));
+    }
+    QObject::connect(v, &VelmoraControl::Error,
+                     [&](const QString &d, const VelmoraError &e) { errors << d + u'|' + e.Description; });
+    window->resize(400, 300);
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    QCoreApplication::processEvents();
+    const QRect before = window->frameGeometry();
+    v->PrintSize(true, 700, 500, where == QLatin1String("form") ? 99 : 3, true, true, true);
+    QCOMPARE(window->frameGeometry(), before);
+    QVERIFY(!printDialog());
+    QCOMPARE(errors, error.isEmpty() ? QStringList() : QStringList{error});
+}
+
+void tst_PrintSize::aboutBoxShowsTheVersion()
+{
+    QWidget form;
+    auto *v = new VelmoraControl(&form);
+    form.show();
+    v->ShowAboutBox();
+    QMessageBox *box = nullptr;
+    QTRY_VERIFY((box = form.findChild<QMessageBox *>(QStringLiteral("VelmoraAboutBox"))) && box->isVisible());
+    QVERIFY(box->text().contains(VelmoraControl::version()));
+    QVERIFY(!VelmoraControl::version().isEmpty());
+    box->close();
+}
+
+QTEST_MAIN(tst_PrintSize)
+#include "tst_printsize.moc"
