@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 packages=(cmake ninja-build g++ ccache qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools
-          libqt6uitools6 libqt6opengl6-dev libgl-dev fonts-dejavu-core)
+          libqt6uitools6 libqt6opengl6-dev libgl-dev fonts-dejavu-core poppler-utils)
 missing=()
 for p in "${packages[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
