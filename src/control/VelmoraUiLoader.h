@@ -14,4 +14,10 @@ public:
 
     // The Velmora classes this loader creates itself.
     static QStringList velmoraClasses();
+
+    // A VelmoraControl's saved settings (VelmoraControl::writeProperties())
+    // as the <property> elements of its <widget> in a .ui file: settings as
+    // properties, the indexed per-control options as dynamic ones
+    // (stdset="0"), so that uic and this loader both restore them.
+    static QString settingsXml(const QVariantMap &bag, int indent = 3);
 };

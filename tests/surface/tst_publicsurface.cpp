@@ -49,6 +49,7 @@ private Q_SLOTS:
     void indexOutOfRange();
     void entriesBeforeTheirCount();
     void uicAndUiLoaderAgree();
+    void settingsWrittenIntoAUiComeBack();
     void locksReachTheLayout_data();
     void locksReachTheLayout();
 };
@@ -362,6 +363,29 @@ void tst_PublicSurface::uicAndUiLoaderAgree()
         v->setDesignTime(true); // only now are the design sizes written
         QVERIFY(v->writeProperties().contains(QStringLiteral("DesignFormWidth")));
     }
+}
+
+void tst_PublicSurface::settingsWrittenIntoAUiComeBack()
+{
+    VelmoraControl original;
+    configure(original);
+    original.setWindowName(QStringLiteral("<A & B>")); // escaped on the way
+    original.setFormClose(VelmoraControl::FcWipeHorizontal);
+    const QVariantMap bag = original.writeProperties();
+    const QString ui = QStringLiteral("<ui version=\"4.0\"><class>F</class><widget class=\"QWidget\" name=\"F\">"
+                                      "<widget class=\"VelmoraControl\" name=\"velmora\">\n%1</widget></widget></ui>")
+                           .arg(VelmoraUiLoader::settingsXml(bag));
+    QVERIFY(ui.contains(QStringLiteral("<enum>VelmoraControl::FcWipeHorizontal</enum>")));
+    QVERIFY(ui.contains(QStringLiteral("name=\"ControlFlagDontScaleBottom3\" stdset=\"0\"")));
+    QByteArray bytes = ui.toUtf8();
+    QBuffer buffer(&bytes);
+    VelmoraUiLoader loader;
+    std::unique_ptr<QWidget> form(loader.load(&buffer));
+    QVERIFY2(form, qPrintable(loader.errorString()));
+    auto *v = form->findChild<VelmoraControl *>();
+    QVERIFY(v);
+    QCOMPARE(v->writeProperties(), bag);
+    QCOMPARE(switches(record(v, "cmdOK")), switches(record(&original, "cmdOK")));
 }
 
 void tst_PublicSurface::locksReachTheLayout_data()
