@@ -360,6 +360,28 @@ void tst_PublicSurface::uicAndUiLoaderAgree()
         QCOMPARE(switches(record(v, "lblName")), QStringLiteral("0100100000"));
         QCOMPARE(switches(record(v, "cmdOK")), QStringLiteral("0000000011"));
         QCOMPARE(v->DesignFormScaleWidth(), 6000.0);
+    }
+    // And they behave alike: the same places and fonts at a new size.
+    const auto placed = [](QWidget *form) {
+        QStringList out;
+        for (const char *name : {"lblName", "cmdOK"}) {
+            auto *w = form->findChild<QWidget *>(QLatin1String(name));
+            out << QStringLiteral("%1 %2,%3 %4x%5 %6 %7")
+                       .arg(QLatin1String(name)).arg(w->x()).arg(w->y()).arg(w->width()).arg(w->height())
+                       .arg(w->font().family()).arg(w->font().pointSizeF());
+        }
+        return out;
+    };
+    for (QWidget *form : {&compiled, loaded.get()}) {
+        form->show();
+        auto *v = form->findChild<VelmoraControl *>();
+        QVERIFY(QTest::qWaitFor([&] { return v->isFormReady(); }, 5000));
+        form->resize(560, 380); // within its limits
+    }
+    QTRY_COMPARE(placed(loaded.get()), placed(&compiled));
+    QCOMPARE(compiled.findChild<QWidget *>(QStringLiteral("lblName"))->x(), 20); // its left edge is locked
+    QVERIFY(compiled.findChild<QWidget *>(QStringLiteral("cmdOK"))->x() > 300); // it keeps its right margin
+    for (VelmoraControl *v : {ui.velmora, fromLoader}) {
         v->setDesignTime(true); // only now are the design sizes written
         QVERIFY(v->writeProperties().contains(QStringLiteral("DesignFormWidth")));
     }
