@@ -167,10 +167,6 @@ public:
     // back onto the nearest one, shrunk to fit if need be. Off by default.
     bool KeepOnScreen() const;
     void setKeepOnScreen(bool on);
-    Q_INVOKABLE void SaveWindowSettings();
-    // Restores what was saved; anything missing or unusable leaves the
-    // window where it is.
-    Q_INVOKABLE void LoadWindowSettings();
 
     // Shows what the set-up could not recover from ("QxVelmora Trapped
     // Error = " and the reason): a message box by default. Replaceable for
@@ -196,11 +192,24 @@ public:
     // Whether the set-up after the form's first show has completed.
     bool isFormReady() const;
 
+    // The methods, in the order the component has always published them.
+    // Picture functions; a null pixmap when the source is empty. Sizes are
+    // in pixels.
+    Q_INVOKABLE QPixmap ScalePicture(const QPixmap &picture, double xScale, double yScale);
+    Q_INVOKABLE QPixmap SizePicture(const QPixmap &picture, int xSize, int ySize);
+    Q_INVOKABLE QPixmap CenterPicture(QWidget *container, const QPixmap &picture);
+    Q_INVOKABLE QPixmap TilePicture(QWidget *container, const QPixmap &picture);
     // Takes the form as it is now as its design layout.
     Q_INVOKABLE void Reset();
     // A small box with the component's version.
     Q_INVOKABLE void ShowAboutBox();
-    static QString version();
+    // Records one control's present layout as its design layout.
+    Q_INVOKABLE void SaveControlInfo(QWidget *control);
+    Q_INVOKABLE void SaveControlFlags(QWidget *control);
+    Q_INVOKABLE void SaveWindowSettings();
+    // Restores what was saved; anything missing or unusable leaves the
+    // window where it is.
+    Q_INVOKABLE void LoadWindowSettings();
     // Holds the form at a size for printing (PrintWidth x PrintHeight in
     // ScaleMode units, outer size; 0: its design size) so that the
     // application can render it, optionally off-screen (Hide) and with a
@@ -209,17 +218,10 @@ public:
     // Does nothing at design time or on an MDI parent. Returns 0.
     Q_INVOKABLE int PrintSize(bool Enabled, double PrintWidth = 0, double PrintHeight = 0, int ScaleMode = 1,
                               bool Hide = false, bool ShowDialog = false, bool AllowCancel = false);
-    // Picture functions; a null pixmap when the source is empty. Sizes are
-    // in pixels.
-    Q_INVOKABLE QPixmap ScalePicture(const QPixmap &picture, double xScale, double yScale);
-    Q_INVOKABLE QPixmap SizePicture(const QPixmap &picture, int xSize, int ySize);
-    Q_INVOKABLE QPixmap CenterPicture(QWidget *container, const QPixmap &picture);
-    Q_INVOKABLE QPixmap TilePicture(QWidget *container, const QPixmap &picture);
-    // Records one control's present layout as its design layout.
-    Q_INVOKABLE void SaveControlInfo(QWidget *control);
-    Q_INVOKABLE void SaveControlFlags(QWidget *control);
     // Places one recorded control for the form's present size.
     Q_INVOKABLE void AdjustPosition(QWidget *control);
+
+    static QString version();
 
     // The saved settings as the form's description keeps them (a property
     // bag): values equal to their defaults are left out, the per-control

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QMetaEnum>
+#include <QMetaMethod>
 #include <QtTest>
 
 namespace {
@@ -41,6 +42,7 @@ private Q_SLOTS:
     void helpTexts_data();
     void helpTexts();
     void enumerations();
+    void publishedOrder();
     void bagRoundTrip();
     void hostileBags_data();
     void hostileBags();
@@ -161,6 +163,32 @@ void tst_PublicSurface::enumerations()
         for (int i = 0; i < keys.size(); ++i) // each constant is its position
             QCOMPARE(e.keyToValue(keys[i].toLatin1().constData()), i);
     }
+}
+
+void tst_PublicSurface::publishedOrder()
+{
+    // Scripts and tools that list the component see its members in the
+    // order it has always had.
+    const QMetaObject &mo = VelmoraControl::staticMetaObject;
+    QStringList properties, methods, signalNames;
+    for (int i = mo.propertyOffset(); i < mo.propertyCount(); ++i)
+        properties << QLatin1String(mo.property(i).name());
+    for (int i = mo.methodOffset(); i < mo.methodCount(); ++i) {
+        const QMetaMethod m = mo.method(i);
+        QStringList &list = m.methodType() == QMetaMethod::Signal ? signalNames : methods;
+        if (!list.contains(QLatin1String(m.name())))
+            list << QLatin1String(m.name());
+    }
+    QCOMPARE(properties.mid(0, 27),
+             QStringList({"ScaleFonts", "CenterX", "CenterY", "GradientFill", "GradientColour", "ScaleControls",
+                          "ScaleX", "ScaleY", "StayOnTop", "MinWidth", "MinHeight", "MaxWidth", "MaxHeight",
+                          "ScaleBorders", "MdiChildWidth", "MdiChildHeight", "ResizeOnMouseUp", "ControlFlagCount",
+                          "ScaleGraphics", "ReplaceFontsWith", "SaveWindowState", "WindowName", "FormPicture",
+                          "FormClose", "FormCloseTime", "FormOpen", "FormOpenTime"}));
+    QCOMPARE(methods, QStringList({"ScalePicture", "SizePicture", "CenterPicture", "TilePicture", "Reset",
+                                   "ShowAboutBox", "SaveControlInfo", "SaveControlFlags", "SaveWindowSettings",
+                                   "LoadWindowSettings", "PrintSize", "AdjustPosition"}));
+    QCOMPARE(signalNames.mid(0, 4), QStringList({"ResizeStarted", "ResizeDone", "Error", "PrintCancelled"}));
 }
 
 namespace {
