@@ -1,0 +1,26 @@
+// Velmora - the ReplaceFontsWith page: the one typeface for every control,
+// or "<none>".
+#pragma once
+
+#include "pages/VelmoraPropertyPage.h"
+
+class QListWidget;
+
+namespace VelmoraPages {
+
+class ReplaceFontsWith : public VelmoraPropertyPage {
+    Q_OBJECT
+public:
+    explicit ReplaceFontsWith(QWidget *parent = nullptr);
+
+    void selectionChanged(const QList<VelmoraControl *> &selected) override;
+    void applyChanges() override;
+
+    // "<none>", then the installed families as the font database gives
+    // them.
+    static void fillFontList(QListWidget *list);
+
+    QListWidget *List1;
+};
+
+} // namespace VelmoraPages
