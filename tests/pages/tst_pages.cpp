@@ -1,6 +1,11 @@
 // The settings pages on real widgets, driven as a developer drives them.
 #include "control/VelmoraControl.h"
+#include "pages/ControlOptionsPage.h"
 #include "pages/FormEffects.h"
+#include "pages/ScaleControls.h"
+#include "widgets/VelmoraImageList.h"
+#include "widgets/VelmoraLine.h"
+#include "widgets/VelmoraShape.h"
 #include "pages/General.h"
 #include "pages/ReplaceFontsWith.h"
 
@@ -8,7 +13,9 @@
 #include <QComboBox>
 #include <QFontDatabase>
 #include <QLineEdit>
+#include <QLabel>
 #include <QListWidget>
+#include <QPushButton>
 #include <QtTest>
 
 using namespace VelmoraPages;
@@ -24,7 +31,50 @@ private Q_SLOTS:
     void effectsShowAndApply();
     void fontList_data();
     void fontList();
+    void controlsListed_data();
+    void controlsListed();
+    void staleEntriesAndOwnFlagOnly();
+    void selectAllAndNone();
+    void lockRules();
+    void lineCaptions();
 };
+
+namespace {
+
+// A form with one of each kind of control, its component at design time.
+struct DesignedForm {
+    QWidget form;
+    VelmoraControl *velmora;
+    DesignedForm()
+    {
+        form.resize(400, 300);
+        (new QLabel(QStringLiteral("Name"), &form))->setObjectName(QStringLiteral("lblName"));
+        (new QPushButton(QStringLiteral("Go"), &form))->setObjectName(QStringLiteral("cmdGo"));
+        auto *line = new VelmoraLine(&form);
+        line->setObjectName(QStringLiteral("linRule"));
+        (new VelmoraShape(&form))->setObjectName(QStringLiteral("shpBox"));
+        (new VelmoraImageList(&form))->setObjectName(QStringLiteral("imlIcons"));
+        velmora = new VelmoraControl(&form);
+        velmora->setDesignTime(true);
+    }
+};
+
+QStringList items(const QListWidget *list, bool checkedOnly = false)
+{
+    QStringList out;
+    for (int i = 0; i < list->count(); ++i)
+        if (!checkedOnly || list->item(i)->checkState() == Qt::Checked)
+            out << list->item(i)->text();
+    return out;
+}
+
+QListWidgetItem *itemNamed(QListWidget *list, const QString &text)
+{
+    const auto found = list->findItems(text, Qt::MatchExactly);
+    return found.value(0);
+}
+
+} // namespace
 
 void tst_Pages::generalFillsOnce()
 {
@@ -183,6 +233,154 @@ void tst_Pages::fontList()
     QVERIFY(page.isChanged());
     page.applyChanges();
     QCOMPARE(v.ReplaceFontsWith(), QStringLiteral("<none>"));
+}
+
+void tst_Pages::controlsListed_data()
+{
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QStringList>("listed");
+    QTest::addColumn<QStringList>("notListed");
+    QTest::addColumn<QString>("label");
+    QTest::newRow("ScaleBorders: what has a border width")
+        << "ScaleBorders" << QStringList{"linRule", "shpBox"} << QStringList{"cmdGo", "imlIcons"}
+        << "ScaleBorders = True (Set on General Tab) ";
+    QTest::newRow("ScaleGraphics: image lists and pictures")
+        << "ScaleGraphics" << QStringList{"imlIcons", "cmdGo", "lblName"} << QStringList{"shpBox", "linRule"}
+        << "ScaleGraphics = True (Set on General Tab) ";
+    QTest::newRow("ScaleFonts: what has a font") << "ScaleFonts" << QStringList{"lblName", "cmdGo"} << QStringList()
+                                                 << "ScaleFonts = False (Set on General Tab) ";
+    QTest::newRow("ScaleControls: what has a place, lines too")
+        << "ScaleControls" << QStringList{"lblName", "cmdGo", "linRule", "shpBox"} << QStringList()
+        << "ScaleControls = True (Set on General Tab) ";
+}
+
+void tst_Pages::controlsListed()
+{
+    QFETCH(QString, page);
+    QFETCH(QStringList, listed);
+    QFETCH(QStringList, notListed);
+    QFETCH(QString, label);
+    DesignedForm f;
+    f.velmora->setScaleFonts(false);
+    std::unique_ptr<ControlOptionsPage> p;
+    if (page == QLatin1String("ScaleBorders"))
+        p = std::make_unique<ScaleBorders>();
+    else if (page == QLatin1String("ScaleGraphics"))
+        p = std::make_unique<ScaleGraphics>();
+    else if (page == QLatin1String("ScaleFonts"))
+        p = std::make_unique<ScaleFonts>();
+    else
+        p = std::make_unique<ScaleControls>();
+    p->selectionChanged({f.velmora});
+    const QStringList shown = items(p->List1);
+    for (const QString &name : listed)
+        QVERIFY2(shown.contains(name), qPrintable(name + QStringLiteral(" missing from ") + shown.join(u' ')));
+    for (const QString &name : notListed)
+        QVERIFY2(!shown.contains(name), qPrintable(name + QStringLiteral(" listed")));
+    QCOMPARE(p->lblScaleControls->text(), label);
+    QCOMPARE(p->cmdSelectAll->text(), QStringLiteral("Select All"));
+    QVERIFY(!p->isChanged());
+    // Every control of the form gets an entry, listed or not.
+    p->applyChanges();
+    QVERIFY(f.velmora->ControlFlagCount() >= 6);
+}
+
+void tst_Pages::staleEntriesAndOwnFlagOnly()
+{
+    DesignedForm f;
+    VelmoraControl *c = f.velmora;
+    c->setControlFlagCount(2);
+    c->setControlFlagControlKey(1, QStringLiteral("deleted"));
+    c->setControlFlagDontScaleBorder(1, true);
+    c->setControlFlagControlKey(2, QStringLiteral("shpBox"));
+    c->setControlFlagDontScaleBorder(2, true);
+    c->setControlFlagDontScaleFont(2, true); // another page's switch
+    ScaleBorders page;
+    page.selectionChanged({c});
+    // The entry of a control that has gone is blanked where it stands.
+    QCOMPARE(c->ControlFlagControlKey(1), QString());
+    QVERIFY(!c->ControlFlagDontScaleBorder(1));
+    QCOMPARE(items(page.List1, true), QStringList{"shpBox"});
+    itemNamed(page.List1, QStringLiteral("linRule"))->setCheckState(Qt::Checked);
+    QVERIFY(page.isChanged());
+    page.applyChanges();
+    QVERIFY(!page.isChanged());
+    // Renumbered in the form's order; only this page's switch written.
+    QStringList exempt;
+    for (int i = 1; i <= c->ControlFlagCount(); ++i)
+        if (c->ControlFlagDontScaleBorder(i))
+            exempt << c->ControlFlagControlKey(i);
+    QCOMPARE(exempt, QStringList({"linRule", "shpBox"}));
+    QVERIFY(c->ControlFlagDontScaleFont(2)); // as it stood at that index
+}
+
+void tst_Pages::selectAllAndNone()
+{
+    DesignedForm f;
+    ScaleGraphics page;
+    page.selectionChanged({f.velmora});
+    QTest::mouseClick(page.cmdSelectAll, Qt::LeftButton);
+    QCOMPARE(items(page.List1, true), items(page.List1));
+    page.applyChanges();
+    int exempt = 0;
+    for (int i = 1; i <= f.velmora->ControlFlagCount(); ++i)
+        exempt += f.velmora->ControlFlagDontScaleGraphic(i);
+    QCOMPARE(exempt, page.List1->count());
+    QTest::mouseClick(page.cmdSelectNone, Qt::LeftButton);
+    QVERIFY(items(page.List1, true).isEmpty());
+}
+
+void tst_Pages::lockRules()
+{
+    DesignedForm f;
+    ScaleControls page;
+    page.show(); // the lock boxes are clicked as a developer clicks them
+    page.selectionChanged({f.velmora});
+    QListWidgetItem *item = itemNamed(page.List1, QStringLiteral("cmdGo"));
+    page.List1->setCurrentItem(item);
+    QVERIFY(!page.chkLockLeft->isEnabled());
+    // Exempt: held by its left, top, width and height.
+    item->setCheckState(Qt::Checked);
+    QVERIFY(page.chkLockLeft->isChecked() && page.chkLockTop->isChecked() && page.chkLockWidth->isChecked()
+            && page.chkLockHeight->isChecked());
+    QVERIFY(!page.chkLockRight->isChecked() && page.chkLockLeft->isEnabled());
+    // A third lock of an axis does not hold.
+    QTest::mouseClick(page.chkLockRight, Qt::LeftButton);
+    QVERIFY(!page.chkLockRight->isChecked());
+    QTest::mouseClick(page.chkLockWidth, Qt::LeftButton); // width free: now right may hold
+    QTest::mouseClick(page.chkLockRight, Qt::LeftButton);
+    QVERIFY(page.chkLockRight->isChecked());
+    page.applyChanges();
+    const auto index = [&] {
+        for (int i = 1; i <= f.velmora->ControlFlagCount(); ++i)
+            if (f.velmora->ControlFlagControlKey(i) == QLatin1String("cmdGo"))
+                return i;
+        return 0;
+    }();
+    QVERIFY(index > 0);
+    QVERIFY(f.velmora->ControlFlagDontScaleControl(index));
+    QVERIFY(f.velmora->ControlFlagDontScaleLeft(index) && f.velmora->ControlFlagDontScaleRight(index));
+    QVERIFY(!f.velmora->ControlFlagDontScaleWidth(index));
+    // Every lock released: after a moment the control is no longer exempt.
+    for (QCheckBox *box : {page.chkLockLeft, page.chkLockTop, page.chkLockHeight, page.chkLockRight})
+        QTest::mouseClick(box, Qt::LeftButton);
+    QTRY_COMPARE(item->checkState(), Qt::Unchecked);
+    QVERIFY(!page.chkLockLeft->isEnabled());
+    page.applyChanges();
+    QVERIFY(!f.velmora->ControlFlagDontScaleControl(index));
+}
+
+void tst_Pages::lineCaptions()
+{
+    DesignedForm f;
+    ScaleControls page;
+    page.selectionChanged({f.velmora});
+    page.List1->setCurrentItem(itemNamed(page.List1, QStringLiteral("linRule")));
+    QCOMPARE(page.chkLockLeft->text(), QStringLiteral("Lock X Left"));
+    QCOMPARE(page.chkLockBottom->text(), QStringLiteral("Lock Y Bottom"));
+    QCOMPARE(page.lblControlType->text(), QStringLiteral("Line"));
+    page.List1->setCurrentItem(itemNamed(page.List1, QStringLiteral("cmdGo")));
+    QCOMPARE(page.chkLockHeight->text(), QStringLiteral("Lock Height"));
 }
 
 QTEST_MAIN(tst_Pages)
