@@ -8,6 +8,8 @@
 #include <QMetaEnum>
 #include <QMetaProperty>
 
+#include <algorithm>
+
 VelmoraUiLoader::VelmoraUiLoader(QObject *parent)
     : QUiLoader(parent)
 {
@@ -47,9 +49,26 @@ QString VelmoraUiLoader::settingsXml(const QVariantMap &bag, int indent)
     for (int i = mo.propertyOffset(); i < mo.propertyCount(); ++i)
         if (bag.contains(QLatin1String(mo.property(i).name())))
             keys << QLatin1String(mo.property(i).name());
+    // Indexed keys entry by entry, each entry's key first and its switches
+    // in their saved order.
+    static const QStringList bases = {"ControlFlagControlKey", "ControlFlagDontScaleControl",
+                                      "ControlFlagDontScaleFont", "ControlFlagDontScaleBorder",
+                                      "ControlFlagDontScaleGraphic", "ControlFlagDontScaleLeft",
+                                      "ControlFlagDontScaleTop", "ControlFlagDontScaleWidth",
+                                      "ControlFlagDontScaleHeight", "ControlFlagDontScaleRight",
+                                      "ControlFlagDontScaleBottom"};
+    const auto rank = [](const QString &key) {
+        qsizetype digits = key.size();
+        while (digits > 0 && key[digits - 1].isDigit())
+            --digits;
+        return std::make_pair(key.mid(digits).toInt(), bases.indexOf(key.left(digits)));
+    };
+    QStringList rest;
     for (auto it = bag.cbegin(); it != bag.cend(); ++it)
         if (!keys.contains(it.key()))
-            keys << it.key();
+            rest << it.key();
+    std::stable_sort(rest.begin(), rest.end(), [&](const QString &a, const QString &b) { return rank(a) < rank(b); });
+    keys += rest;
     for (const QString &key : keys) {
         const QVariant v = bag.value(key);
         const int index = mo.indexOfProperty(key.toLatin1().constData());

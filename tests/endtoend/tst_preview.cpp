@@ -64,6 +64,10 @@ private Q_SLOTS:
     void warningsNameTheFaultOnce();
     void screenshotsStayInTheirDirectory_data();
     void screenshotsStayInTheirDirectory();
+    void setWritesOnlyTheSettings_data();
+    void setWritesOnlyTheSettings();
+    void setRefusesAndLeavesTheFile_data();
+    void setRefusesAndLeavesTheFile();
 };
 
 void tst_Preview::rendersSampleWithoutDisplay()
@@ -312,6 +316,114 @@ void tst_Preview::screenshotsStayInTheirDirectory()
         written << QDir(tmp.path()).relativeFilePath(it.next());
     written.sort();
     QCOMPARE(written, (QStringList{"form.ui", "out/shots/" + fileName}));
+}
+
+namespace {
+
+QByteArray readAll(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+// The text before and after the component's <widget>: what --set must not touch.
+QPair<QByteArray, QByteArray> around(const QByteArray &ui)
+{
+    const qsizetype start = ui.indexOf("<widget class=\"VelmoraControl\"");
+    const qsizetype end = ui.indexOf("</widget>", start);
+    return {ui.left(start), end < 0 ? QByteArray() : ui.mid(end)};
+}
+
+} // namespace
+
+void tst_Preview::setWritesOnlyTheSettings_data()
+{
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<QStringList>("sets");
+    QTest::addColumn<QStringList>("written");
+    QTest::addColumn<QStringList>("gone");
+    QTest::newRow("a form with a component")
+        << "../surface/settingsform.ui" << QStringList{"CenterY=true", "ScaleFonts=true", "FormOpen=FoFold"}
+        << QStringList{"<property name=\"CenterY\"><bool>true</bool></property>",
+                       "<property name=\"FormOpen\"><enum>VelmoraControl::FoFold</enum></property>",
+                       "<property name=\"ControlFlagControlKey2\" stdset=\"0\"><string>cmdOK</string></property>"}
+        << QStringList{"name=\"ScaleFonts\""};
+    QTest::newRow("a form without one: added")
+        << "../data/limits_form.ui" << QStringList{"ScaleX=40", "ControlFlagCount=1", "ControlFlagControlKey1=x",
+                                                   "ControlFlagDontScaleLeft1=true"}
+        << QStringList{"<widget class=\"VelmoraControl\" name=\"velmora\">",
+                       "<property name=\"ScaleX\"><number>40</number></property>",
+                       "<property name=\"ControlFlagDontScaleLeft1\" stdset=\"0\"><bool>true</bool></property>",
+                       "<class>VelmoraControl</class>", "DesignFormScaleWidth"}
+        << QStringList();
+}
+
+void tst_Preview::setWritesOnlyTheSettings()
+{
+    QFETCH(QString, form);
+    QFETCH(QStringList, sets);
+    QFETCH(QStringList, written);
+    QFETCH(QStringList, gone);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("form.ui"));
+    QVERIFY(QFile::copy(QFINDTESTDATA(form), path));
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    const QByteArray before = readAll(path);
+    QStringList args{path};
+    for (const QString &s : sets)
+        args << QStringLiteral("--set") << s;
+    const Run r = preview(args);
+    QVERIFY2(r.exitCode == 0, r.err.constData());
+    const QByteArray after = readAll(path);
+    for (const QString &w : written)
+        QVERIFY2(after.contains(w.toUtf8()), qPrintable(w + QStringLiteral(" missing:\n") + QString::fromUtf8(after)));
+    for (const QString &g : gone)
+        QVERIFY2(!after.contains(g.toUtf8()), qPrintable(g));
+    if (before.contains("class=\"VelmoraControl\""))
+        QCOMPARE(around(after), around(before)); // the rest, byte for byte
+    // The file is still a form the preview opens.
+    QCOMPARE(preview({path, "--report"}).exitCode, 0);
+    // Writing the same settings again changes nothing.
+    QCOMPARE(preview(args).exitCode, 0);
+    QCOMPARE(readAll(path), after);
+}
+
+void tst_Preview::setRefusesAndLeavesTheFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("readOnly");
+    QTest::addColumn<QString>("set");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("message");
+    QFile good(QFINDTESTDATA("../surface/settingsform.ui"));
+    QVERIFY(good.open(QIODevice::ReadOnly));
+    const QByteArray form = good.readAll();
+    QTest::newRow("read-only") << form << true << "CenterX=false" << 1 << "cannot write it (read-only); nothing changed";
+    QTest::newRow("malformed") << form.left(form.size() / 2) << false << "CenterX=false" << 1 << "nothing changed";
+    QTest::newRow("unknown setting") << form << false << "Centre=true" << 2 << "--set: VelmoraControl has no setting";
+    QTest::newRow("bad value") << form << false << "ScaleX=wide" << 2 << "ScaleX takes a whole number";
+}
+
+void tst_Preview::setRefusesAndLeavesTheFile()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, readOnly);
+    QFETCH(QString, set);
+    QFETCH(int, exitCode);
+    QFETCH(QString, message);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("form.ui"));
+    {
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(content);
+    }
+    if (readOnly)
+        QFile::setPermissions(path, QFile::ReadOwner);
+    const Run r = preview({path, "--set", set});
+    QCOMPARE(r.exitCode, exitCode);
+    QVERIFY2(r.err.contains(message.toUtf8()), r.err.constData());
+    QCOMPARE(readAll(path), content);
 }
 
 QTEST_GUILESS_MAIN(tst_Preview)

@@ -3,6 +3,7 @@
 #include "pages/ControlOptionsPage.h"
 #include "pages/FormEffects.h"
 #include "pages/ScaleControls.h"
+#include "pages/VelmoraPropertyDialog.h"
 #include "widgets/VelmoraImageList.h"
 #include "widgets/VelmoraLine.h"
 #include "widgets/VelmoraShape.h"
@@ -11,6 +12,8 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
+#include <QTabWidget>
 #include <QFontDatabase>
 #include <QLineEdit>
 #include <QLabel>
@@ -37,6 +40,8 @@ private Q_SLOTS:
     void selectAllAndNone();
     void lockRules();
     void lineCaptions();
+    void dialog_data();
+    void dialog();
 };
 
 namespace {
@@ -381,6 +386,52 @@ void tst_Pages::lineCaptions()
     QCOMPARE(page.lblControlType->text(), QStringLiteral("Line"));
     page.List1->setCurrentItem(itemNamed(page.List1, QStringLiteral("cmdGo")));
     QCOMPARE(page.chkLockHeight->text(), QStringLiteral("Lock Height"));
+}
+
+void tst_Pages::dialog_data()
+{
+    QTest::addColumn<QString>("closeWith");
+    QTest::addColumn<bool>("applied");
+    QTest::newRow("OK applies every changed page") << "ok" << true;
+    QTest::newRow("Apply applies and stays open") << "apply" << true;
+    QTest::newRow("Cancel applies nothing") << "cancel" << false;
+}
+
+void tst_Pages::dialog()
+{
+    QFETCH(QString, closeWith);
+    QFETCH(bool, applied);
+    DesignedForm f;
+    VelmoraPropertyDialog dialog(f.velmora);
+    QStringList names;
+    for (int i = 0; i < dialog.tabs()->count(); ++i)
+        names << dialog.tabs()->tabText(i);
+    QCOMPARE(names, QStringList({"General", "ScaleControls", "ScaleFonts", "ScaleBorders", "ScaleGraphics",
+                                 "ReplaceFontsWith", "FormEffects"}));
+    QPushButton *apply = dialog.buttons()->button(QDialogButtonBox::Apply);
+    QVERIFY(!apply->isEnabled()); // nothing edited yet
+    auto *general = static_cast<General *>(dialog.pages().at(0));
+    auto *effects = static_cast<FormEffects *>(dialog.pages().at(6));
+    auto *borders = static_cast<ScaleBorders *>(dialog.pages().at(3));
+    QTest::mouseClick(general->chkCenterX, Qt::LeftButton);
+    QVERIFY(apply->isEnabled());
+    effects->cmbFormOpen->setCurrentIndex(2);
+    Q_EMIT effects->cmbFormOpen->activated(2);
+    itemNamed(borders->List1, QStringLiteral("shpBox"))->setCheckState(Qt::Checked);
+    if (closeWith == QLatin1String("ok"))
+        dialog.buttons()->button(QDialogButtonBox::Ok)->click();
+    else if (closeWith == QLatin1String("apply"))
+        apply->click();
+    else
+        dialog.buttons()->button(QDialogButtonBox::Cancel)->click();
+    QCOMPARE(f.velmora->CenterX(), applied);
+    QCOMPARE(f.velmora->FormOpen() == VelmoraControl::FoWipeRight, applied);
+    bool exempt = false;
+    for (int i = 1; i <= f.velmora->ControlFlagCount(); ++i)
+        exempt = exempt || (f.velmora->ControlFlagControlKey(i) == QLatin1String("shpBox") && f.velmora->ControlFlagDontScaleBorder(i));
+    QCOMPARE(exempt, applied);
+    QVERIFY(!apply->isEnabled() || !applied);
+    QCOMPARE(dialog.result(), closeWith == QLatin1String("ok") ? int(QDialog::Accepted) : int(QDialog::Rejected));
 }
 
 QTEST_MAIN(tst_Pages)

@@ -2,6 +2,7 @@
 
 #include <QMetaProperty>
 #include <QObject>
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <limits>
@@ -90,6 +91,22 @@ bool setControlProperty(QObject *control, const QString &assignment, QString *er
     const QString name = assignment.left(eq).trimmed(), text = assignment.mid(eq + 1).trimmed();
     const QMetaObject *mo = control->metaObject();
     const int index = mo->indexOfProperty(name.toLatin1().constData());
+    // The per-control options: "ControlFlagDontScaleLeft2=true",
+    // "ControlFlagControlKey2=lblName" (entries up to ControlFlagCount).
+    static const QRegularExpression indexed(QStringLiteral("^ControlFlag(ControlKey|DontScale[A-Za-z]+)[1-9][0-9]*$"));
+    if (index < 0 && indexed.match(name).hasMatch()) {
+        QVariant value = text;
+        if (!name.startsWith(QLatin1String("ControlFlagControlKey"))) {
+            const QString t = text.toLower();
+            if (t != QLatin1String("true") && t != QLatin1String("false")) {
+                *error = QStringLiteral("--property: %1 takes true or false, not '%2'").arg(name, text);
+                return false;
+            }
+            value = t == QLatin1String("true");
+        }
+        control->setProperty(name.toLatin1().constData(), value);
+        return true;
+    }
     // Its own settings only: not the QWidget ones it has as any widget does.
     if (index < mo->propertyOffset() || !mo->property(index).isWritable()) {
         *error = QStringLiteral("--property: %1 has no setting '%2' (it has: %3)")

@@ -3,6 +3,8 @@
 // given sizes without a display.
 #include "ControlProperties.h"
 #include "MdiDemo.h"
+#include "UiSettingsFile.h"
+#include "pages/VelmoraPropertyDialog.h"
 #include "PreviewSession.h"
 
 #include "control/VelmoraControl.h"
@@ -63,7 +65,7 @@ bool wantsHeadless(int argc, char **argv)
 {
     for (int i = 1; i < argc; ++i) {
         const QByteArray a(argv[i]);
-        if (a.startsWith("--size") || a.startsWith("--screenshot") || a == "--report")
+        if (a.startsWith("--size") || a.startsWith("--screenshot") || a == "--report" || a == "--set" || a.startsWith("--set="))
             return true;
     }
     return false;
@@ -98,6 +100,43 @@ int grabScreen(PreviewSession &session, const QString &file, int after)
     session.show();
     QApplication::exec();
     return result;
+}
+
+// --set and --settings: the settings of FORM.ui's component, written back
+// into the file and nowhere else.
+int editSettings(const QStringList &args, const QStringList &assignments, bool withPages, bool otherOptions)
+{
+    if (args.size() != 1 || otherOptions) {
+        std::fprintf(stderr, "velmora-preview: --set and --settings take one FORM.ui and no other option\n");
+        return 2;
+    }
+    UiSettingsFile file;
+    QString error;
+    if (!file.open(args.first(), &error)) {
+        std::fprintf(stderr, "velmora-preview: %s\n", qPrintable(error));
+        return 1;
+    }
+    for (const QString &assignment : assignments) {
+        if (!setControlProperty(file.control(), assignment, &error)) {
+            std::fprintf(stderr, "velmora-preview: %s; nothing changed\n",
+                         qPrintable(error.replace(QLatin1String("--property"), QLatin1String("--set"))));
+            return 2;
+        }
+    }
+    if (withPages) {
+        VelmoraPropertyDialog dialog(file.control());
+        if (dialog.exec() != QDialog::Accepted) {
+            std::fprintf(stderr, "velmora-preview: cancelled; nothing changed\n");
+            return 0;
+        }
+    }
+    if (!file.save(&error)) {
+        std::fprintf(stderr, "velmora-preview: %s\n", qPrintable(error));
+        return 1;
+    }
+    std::fprintf(stderr, "velmora-preview: %s: settings written%s\n", qPrintable(args.first()),
+                 file.controlAdded() ? " (a VelmoraControl was added to the form)" : "");
+    return 0;
 }
 
 } // namespace
@@ -147,7 +186,16 @@ int main(int argc, char **argv)
     QCommandLineOption grabAfterOption(QStringLiteral("grab-after"),
                                        QStringLiteral("When --grab-screen grabs (default 500)."), QStringLiteral("MS"),
                                        QStringLiteral("500"));
-    parser.addOptions({sizeOption, shotOption, reportOption, mdiOption, propertyOption, grabOption, grabAfterOption});
+    QCommandLineOption setOption(QStringLiteral("set"),
+                                 QStringLiteral("Write a setting of the form's VelmoraControl into FORM.ui (adding "
+                                                "the control if the form has none), e.g. CenterX=true or "
+                                                "ControlFlagDontScaleLeft1=true (repeatable)."),
+                                 QStringLiteral("NAME=VALUE"));
+    QCommandLineOption settingsOption(QStringLiteral("settings"),
+                                      QStringLiteral("Edit the settings of the form's VelmoraControl on its pages; "
+                                                     "OK writes them into FORM.ui."));
+    parser.addOptions({sizeOption, shotOption, reportOption, mdiOption, propertyOption, grabOption, grabAfterOption,
+                       setOption, settingsOption});
     parser.process(app);
 
     QList<QSize> sizes;
@@ -165,6 +213,11 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "velmora-preview: one form at a time\n");
         return 2;
     }
+
+    if (parser.isSet(setOption) || parser.isSet(settingsOption))
+        return editSettings(args, parser.values(setOption), parser.isSet(settingsOption),
+                            !sizes.isEmpty() || parser.isSet(shotOption) || parser.isSet(reportOption)
+                                || parser.isSet(mdiOption) || parser.isSet(propertyOption));
 
     if (parser.isSet(mdiOption)) {
         if (!args.isEmpty() || parser.isSet(reportOption)) {
