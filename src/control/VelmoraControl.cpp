@@ -11,6 +11,7 @@
 #include <QMdiArea>
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QPainter>
 
 using velmora::HostObjectPtr;
 using velmora::qt::QtPicture;
@@ -253,10 +254,32 @@ bool VelmoraControl::event(QEvent *event)
     return QWidget::event(event);
 }
 
-void VelmoraControl::setVisible(bool)
+void VelmoraControl::setVisible(bool visible)
 {
-    // Nothing to show at run time.
-    QWidget::setVisible(false);
+    // Nothing to show at run time; in a form editor, its icon.
+    QWidget::setVisible(visible && d->designTime);
+}
+
+void VelmoraControl::paintEvent(QPaintEvent *)
+{
+    if (!d->designTime)
+        return;
+    // The component's icon: a form whose corner handles point outwards.
+    QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
+    const QRectF r = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
+    p.setPen(QPen(QColor(0x1d, 0x4e, 0x89), 2));
+    p.setBrush(QColor(0xe8, 0xf0, 0xfa));
+    p.drawRoundedRect(r, 4, 4);
+    QFont f = font();
+    f.setBold(true);
+    f.setPixelSize(int(height() * 0.55));
+    p.setFont(f);
+    p.drawText(r, Qt::AlignCenter, QStringLiteral("V"));
+    p.setPen(QPen(QColor(0xd9, 0x6c, 0x00), 2));
+    const qreal e = r.right() - 3, b = r.bottom() - 3;
+    p.drawLine(QPointF(e - 6, b), QPointF(e, b));
+    p.drawLine(QPointF(e, b - 6), QPointF(e, b));
 }
 
 bool VelmoraControl::isDesignTime() const { return d->designTime; }
@@ -266,6 +289,13 @@ void VelmoraControl::setDesignTime(bool on)
     if (d->designTime == on)
         return;
     d->designTime = on;
+    // Shown as an icon where the form is edited, hidden where it runs.
+    if (!on)
+        QWidget::setVisible(false);
+    else if (parentWidget()) // never a window of its own
+        QWidget::setVisible(true);
+    setAttribute(Qt::WA_TransparentForMouseEvents, !on);
+    update();
     d->rebind();
 }
 

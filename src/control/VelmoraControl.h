@@ -280,6 +280,7 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     friend class VelmoraControlPrivate;

@@ -731,6 +731,10 @@ void tst_FormServices::designTimeIsInert()
     QCOMPARE(f.widget.pos(), QPoint(7, 8));
     QVERIFY(f.widget.mask().isEmpty());
     QCOMPARE(f.at(300, 5), plain);
+    // In the editor the component shows its icon, and only there.
+    QVERIFY(f.velmora->isVisible());
+    const QImage icon = f.velmora->grab().toImage();
+    QVERIFY(icon.pixelColor(16, 16).alpha() > 0 && icon.pixelColor(2, 16) != icon.pixelColor(16, 16));
     // The one setting that acts on the window being designed.
     f.velmora->setStayOnTop(true);
     QVERIFY(f.widget.windowFlags() & Qt::WindowStaysOnTopHint);
@@ -740,6 +744,7 @@ void tst_FormServices::designTimeIsInert()
     QVERIFY(velmoraSettings().childGroups().isEmpty());
     // Leaving design time, it serves the form like any other.
     f.velmora->setDesignTime(false);
+    QVERIFY(f.velmora->isHidden());
     f.widget.show();
     QVERIFY(QTest::qWaitFor([&] { return f.velmora->isFormReady(); }, 2000));
 }
