@@ -18,18 +18,7 @@ skip() {
     exit 77
 }
 
-packages=(xvfb openbox x11-utils)
-missing=()
-for p in "${packages[@]}"; do
-    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
-done
-if ((${#missing[@]})); then
-    sudo=""
-    [ "$(id -u)" -ne 0 ] && sudo=sudo
-    echo "with-xvfb: installing ${missing[*]}" >&2
-    { $sudo apt-get update -qq && DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >&2 \
-        || skip "cannot install ${missing[*]}"
-fi
+bash "$(dirname "$0")/install-packages.sh" xvfb openbox x11-utils || skip "cannot install xvfb, openbox, x11-utils"
 
 # A display number nobody uses.
 display=""

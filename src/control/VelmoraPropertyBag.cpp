@@ -174,8 +174,14 @@ bool VelmoraControlPrivate::dynamicPropertyChanged(const QByteArray &name)
     // count grows to it (a form may set the count after its entries).
     if (!ok || index > flagTable.count())
         return true;
-    QVariantMap bag = dynamicFlagBag();
-    readFlagEntry(index, bag);
+    // Only this entry's keys: a form gives its entries one key at a time.
+    QVariantMap entry;
+    const QString n = QString::number(index);
+    for (int f = -1; f < ControlFlagTable::FlagCount; ++f) {
+        const QString key = (f < 0 ? QString::fromLatin1(KeyBase) : flagBase(ControlFlagTable::Flag(f))) + n;
+        entry.insert(key, q->property(key.toLatin1().constData()));
+    }
+    readFlagEntry(index, entry);
     return true;
 }
 

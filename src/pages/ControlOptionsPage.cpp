@@ -137,30 +137,16 @@ void ControlOptionsPage::selectionChanged(const QList<VelmoraControl *> &selecte
     // What the component holds for them; an entry whose control has gone is
     // blanked where it stands.
     const std::vector<Flag> flags = pageFlags();
-    const auto get = [c](Flag f, int i) {
-        switch (f) {
-        case ControlFlagTable::DontScaleControl: return c->ControlFlagDontScaleControl(i);
-        case ControlFlagTable::DontScaleFont: return c->ControlFlagDontScaleFont(i);
-        case ControlFlagTable::DontScaleBorder: return c->ControlFlagDontScaleBorder(i);
-        case ControlFlagTable::DontScaleGraphic: return c->ControlFlagDontScaleGraphic(i);
-        case ControlFlagTable::DontScaleLeft: return c->ControlFlagDontScaleLeft(i);
-        case ControlFlagTable::DontScaleTop: return c->ControlFlagDontScaleTop(i);
-        case ControlFlagTable::DontScaleWidth: return c->ControlFlagDontScaleWidth(i);
-        case ControlFlagTable::DontScaleHeight: return c->ControlFlagDontScaleHeight(i);
-        case ControlFlagTable::DontScaleRight: return c->ControlFlagDontScaleRight(i);
-        case ControlFlagTable::DontScaleBottom: return c->ControlFlagDontScaleBottom(i);
-        default: return false;
-        }
-    };
+    auto *d = VelmoraControlPrivate::get(c);
     for (int i = 1; i <= c->ControlFlagCount(); ++i) {
         const QString key = c->ControlFlagControlKey(i);
         if (auto it = m_index.constFind(key); it != m_index.cend()) {
             for (Flag f : flags)
-                m_entries[std::size_t(*it)].flags[f] = get(f, i);
+                m_entries[std::size_t(*it)].flags[f] = d->flag(f, i, nullptr);
         } else {
             c->setControlFlagControlKey(i, QString());
             for (Flag f : flags)
-                VelmoraControlPrivate::get(c)->setFlag(f, i, false, nullptr);
+                d->setFlag(f, i, false, nullptr);
         }
     }
     for (const Entry &e : m_entries) {
