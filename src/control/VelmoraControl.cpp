@@ -264,22 +264,37 @@ void VelmoraControl::paintEvent(QPaintEvent *)
 {
     if (!d->designTime)
         return;
-    // The component's icon: a form whose corner handles point outwards.
     QPainter p(this);
+    VelmoraControlPrivate::paintIcon(p, QRectF(rect()));
+}
+
+void VelmoraControlPrivate::paintIcon(QPainter &p, const QRectF &bounds)
+{
+    // The component's icon: a form whose corner handle points outwards.
+    p.save();
     p.setRenderHint(QPainter::Antialiasing);
-    const QRectF r = QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5);
-    p.setPen(QPen(QColor(0x1d, 0x4e, 0x89), 2));
+    const qreal pen = bounds.height() >= 24 ? 2 : 1;
+    const QRectF r = bounds.adjusted(pen * 0.75, pen * 0.75, -pen * 0.75, -pen * 0.75);
+    p.setPen(QPen(QColor(0x1d, 0x4e, 0x89), pen));
     p.setBrush(QColor(0xe8, 0xf0, 0xfa));
-    p.drawRoundedRect(r, 4, 4);
-    QFont f = font();
+    p.drawRoundedRect(r, r.height() / 8, r.height() / 8);
+    QFont f = p.font();
     f.setBold(true);
-    f.setPixelSize(int(height() * 0.55));
+    f.setPixelSize(qMax(6, int(bounds.height() * 0.55)));
     p.setFont(f);
     p.drawText(r, Qt::AlignCenter, QStringLiteral("V"));
-    p.setPen(QPen(QColor(0xd9, 0x6c, 0x00), 2));
-    const qreal e = r.right() - 3, b = r.bottom() - 3;
-    p.drawLine(QPointF(e - 6, b), QPointF(e, b));
-    p.drawLine(QPointF(e, b - 6), QPointF(e, b));
+    p.setPen(QPen(QColor(0xd9, 0x6c, 0x00), pen));
+    const qreal step = r.height() / 10, e = r.right() - step, b = r.bottom() - step;
+    p.drawLine(QPointF(e - 2 * step, b), QPointF(e, b));
+    p.drawLine(QPointF(e, b - 2 * step), QPointF(e, b));
+    p.restore();
+}
+
+QWidget *VelmoraControlPrivate::listedForm() const
+{
+    if (editedForm)
+        return editedForm;
+    return formFor(q->parentWidget());
 }
 
 bool VelmoraControl::isDesignTime() const { return d->designTime; }
@@ -473,10 +488,14 @@ void VelmoraControl::setStayOnTop(bool on)
         d->driver.placement.StayOnTop = on;
         d->changed("StayOnTop");
     }
-    // At design time too: the form being designed is held by its parent.
+    // At design time too, on the window being designed; a form edited
+    // inside an editor's window (Qt Designer's) has none of its own, and
+    // the editor's window is not the form's to put on top.
     if (d->designTime) {
-        if (QWidget *form = VelmoraControlPrivate::formFor(parentWidget()))
-            velmora::WindowPlacement::applyStayOnTop(velmora::qt::QtForm::windowOf(form), on);
+        QWidget *form = VelmoraControlPrivate::formFor(parentWidget());
+        QWidget *window = velmora::qt::QtForm::windowOf(form);
+        if (form && (window == form || window == form->parentWidget()))
+            velmora::WindowPlacement::applyStayOnTop(window, on);
         return;
     }
     if (!velmora::WindowPlacement::applyStayOnTop(d->driver.hostForm().get(), on))
@@ -581,25 +600,41 @@ void VelmoraControl::setFormPicture(FormPictureEffects mode)
         d->changed("FormPicture");
 }
 
-double VelmoraControl::DesignFormWidth() const { return d->engine.DesignFormWidth; }
+double VelmoraControl::DesignFormWidth() const
+{
+    const auto live = d->measuredDesignSizes();
+    return live ? (*live)[0] : d->engine.DesignFormWidth;
+}
 void VelmoraControl::setDesignFormWidth(double v)
 {
     d->engine.DesignFormWidth = static_cast<float>(v);
     d->driver.DesignSizeGiven = true;
 }
-double VelmoraControl::DesignFormHeight() const { return d->engine.DesignFormHeight; }
+double VelmoraControl::DesignFormHeight() const
+{
+    const auto live = d->measuredDesignSizes();
+    return live ? (*live)[1] : d->engine.DesignFormHeight;
+}
 void VelmoraControl::setDesignFormHeight(double v)
 {
     d->engine.DesignFormHeight = static_cast<float>(v);
     d->driver.DesignSizeGiven = true;
 }
-double VelmoraControl::DesignFormScaleWidth() const { return d->engine.DesignFormScaleWidth; }
+double VelmoraControl::DesignFormScaleWidth() const
+{
+    const auto live = d->measuredDesignSizes();
+    return live ? (*live)[2] : d->engine.DesignFormScaleWidth;
+}
 void VelmoraControl::setDesignFormScaleWidth(double v)
 {
     d->engine.DesignFormScaleWidth = static_cast<float>(v);
     d->driver.DesignSizeGiven = true;
 }
-double VelmoraControl::DesignFormScaleHeight() const { return d->engine.DesignFormScaleHeight; }
+double VelmoraControl::DesignFormScaleHeight() const
+{
+    const auto live = d->measuredDesignSizes();
+    return live ? (*live)[3] : d->engine.DesignFormScaleHeight;
+}
 void VelmoraControl::setDesignFormScaleHeight(double v)
 {
     d->engine.DesignFormScaleHeight = static_cast<float>(v);

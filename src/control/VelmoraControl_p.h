@@ -9,6 +9,11 @@
 #include "layout/ControlFlagTable.h"
 #include "qt/QtEngineHost.h"
 
+#include <array>
+#include <optional>
+
+class QPainter;
+
 class VelmoraControlPrivate : public std::enable_shared_from_this<VelmoraControlPrivate> {
 public:
     explicit VelmoraControlPrivate(VelmoraControl *q);
@@ -40,7 +45,18 @@ public:
     QVariantMap dynamicFlagBag() const;
     void mirrorFlag(const QString &key, const QVariant &value, bool isDefault);
     bool dynamicPropertyChanged(const QByteArray &name);
+    void mirrorAllFlags();
     bool syncingDynamic = false;
+
+    // At design time, the four design sizes of the form as it stands
+    // (outer width and height in twips, inner in the form's units).
+    std::optional<std::array<float, 4>> measuredDesignSizes() const;
+    // A stand-in edited on a form's behalf (a form editor's settings
+    // dialog works on a copy) lists that form's controls on its pages.
+    QPointer<QWidget> editedForm;
+    // The form whose controls the settings pages list.
+    QWidget *listedForm() const;
+    static void paintIcon(QPainter &p, const QRectF &r);
 
     VelmoraControl *q; // nullptr once the component is deleted
     velmora::qt::QtEngineHost host;

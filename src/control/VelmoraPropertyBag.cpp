@@ -185,6 +185,48 @@ bool VelmoraControlPrivate::dynamicPropertyChanged(const QByteArray &name)
     return true;
 }
 
+std::optional<std::array<float, 4>> VelmoraControlPrivate::measuredDesignSizes() const
+{
+    using namespace velmora::qt;
+    if (!designTime)
+        return std::nullopt;
+    QWidget *form = formFor(q->parentWidget());
+    if (!form)
+        return std::nullopt;
+    // Outer: what holds the form (a main window around its centre; a
+    // window with its frame); inner: the form, in its own units.
+    QWidget *holder = qobject_cast<QMainWindow *>(form->parentWidget()) ? form->parentWidget() : form;
+    const QSize outer = holder->isWindow() ? holder->frameGeometry().size() : holder->size();
+    bool ok = false;
+    int mode = form->property("ScaleMode").toInt(&ok);
+    if (!ok || !isValidScaleMode(mode))
+        mode = ScaleTwips;
+    return std::array<float, 4>{float(pixelsToUnits(outer.width(), ScaleTwips, Axis::X)),
+                                float(pixelsToUnits(outer.height(), ScaleTwips, Axis::Y)),
+                                float(pixelsToUnits(form->width(), mode, Axis::X)),
+                                float(pixelsToUnits(form->height(), mode, Axis::Y))};
+}
+
+void VelmoraControlPrivate::mirrorAllFlags()
+{
+    // The object's indexed keys say what the table holds, nothing more: a
+    // stale one would come back as an entry when the count next grows.
+    syncingDynamic = true;
+    for (const QByteArray &name : q->dynamicPropertyNames())
+        if (name.startsWith("ControlFlag"))
+            q->setProperty(name.constData(), QVariant());
+    syncingDynamic = false;
+    for (int i = 1; i <= flagTable.count(); ++i) {
+        const QString n = QString::number(i);
+        const QString key = QString::fromStdString(flagTable.controlKey(i));
+        mirrorFlag(QLatin1String(KeyBase) + n, key, key.isEmpty());
+        for (int f = 0; f < ControlFlagTable::FlagCount; ++f) {
+            const bool on = flagTable.flag(ControlFlagTable::Flag(f), i);
+            mirrorFlag(flagBase(ControlFlagTable::Flag(f)) + n, on, !on);
+        }
+    }
+}
+
 void VelmoraControl::initProperties()
 {
     auto &e = d->engine;
@@ -202,6 +244,7 @@ void VelmoraControl::initProperties()
     dr.FormOpen = dr.FormClose = 0;
     dr.FormOpenTime = dr.FormCloseTime = 1;
     d->flagTable.setCount(0);
+    d->mirrorAllFlags();
 }
 
 void VelmoraControl::readProperties(const QVariantMap &bag)
@@ -253,6 +296,7 @@ void VelmoraControl::readProperties(const QVariantMap &bag)
     dr.FormOpen = int(w("FormOpen", FoNone, FoNone, FoFold));
     dr.FormCloseTime = singleOf(bag.value(QStringLiteral("FormCloseTime")), 1);
     dr.FormOpenTime = singleOf(bag.value(QStringLiteral("FormOpenTime")), 1);
+    d->mirrorAllFlags();
 }
 
 QVariantMap VelmoraControl::writeProperties() const
@@ -303,22 +347,11 @@ QVariantMap VelmoraControl::writeProperties() const
     put("FormOpenTime", float(dr.FormOpenTime), 1.0f);
     // The design reference is the form as it stands in the editor; a
     // running program never overwrites it.
-    if (d->designTime) {
-        using namespace velmora::qt;
-        if (QWidget *form = VelmoraControlPrivate::formFor(parentWidget())) {
-            // Outer: what holds the form (a main window around its centre;
-            // a window with its frame); inner: the form, in its own units.
-            QWidget *holder = qobject_cast<QMainWindow *>(form->parentWidget()) ? form->parentWidget() : form;
-            const QSize outer = holder->isWindow() ? holder->frameGeometry().size() : holder->size();
-            bool ok = false;
-            int mode = form->property("ScaleMode").toInt(&ok);
-            if (!ok || !isValidScaleMode(mode))
-                mode = ScaleTwips;
-            put("DesignFormWidth", float(pixelsToUnits(outer.width(), ScaleTwips, Axis::X)), 0.0f);
-            put("DesignFormHeight", float(pixelsToUnits(outer.height(), ScaleTwips, Axis::Y)), 0.0f);
-            put("DesignFormScaleWidth", float(pixelsToUnits(form->width(), mode, Axis::X)), 0.0f);
-            put("DesignFormScaleHeight", float(pixelsToUnits(form->height(), mode, Axis::Y)), 0.0f);
-        }
+    if (const auto sizes = d->measuredDesignSizes()) {
+        put("DesignFormWidth", (*sizes)[0], 0.0f);
+        put("DesignFormHeight", (*sizes)[1], 0.0f);
+        put("DesignFormScaleWidth", (*sizes)[2], 0.0f);
+        put("DesignFormScaleHeight", (*sizes)[3], 0.0f);
     }
     return bag;
 }

@@ -25,12 +25,12 @@ const char *switchName(int kind)
 }
 
 // The form the component serves, or (at design time, where it serves
-// nothing) a view of the form it sits on.
+// nothing) a view of the form it sits on or is edited for.
 std::shared_ptr<velmora::qt::QtForm> formView(VelmoraControl *c)
 {
     if (const auto &form = VelmoraControlPrivate::get(c)->driver.hostForm())
         return form;
-    QWidget *form = VelmoraControlPrivate::formFor(c->parentWidget());
+    QWidget *form = VelmoraControlPrivate::get(c)->listedForm();
     return form ? velmora::qt::QtForm::create(form) : nullptr;
 }
 

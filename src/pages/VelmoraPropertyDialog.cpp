@@ -47,10 +47,16 @@ void VelmoraPropertyDialog::apply()
 {
     if (!m_control)
         return;
-    for (VelmoraPropertyPage *page : m_pages)
-        if (page->isChanged())
+    bool any = false;
+    for (VelmoraPropertyPage *page : m_pages) {
+        if (page->isChanged()) {
             page->applyChanges();
+            any = true;
+        }
+    }
     updateApply();
+    if (any)
+        Q_EMIT applied();
 }
 
 void VelmoraPropertyDialog::updateApply()

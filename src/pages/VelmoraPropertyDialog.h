@@ -26,6 +26,10 @@ public:
     // Applies every page with changes.
     void apply();
 
+Q_SIGNALS:
+    // Pages were applied to the control (by OK or Apply).
+    void applied();
+
 private:
     void updateApply();
 

@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QImageReader>
+#include <QPainter>
 #include <QPointer>
 #include <QTabBar>
 #include <QWindow>
@@ -39,6 +40,7 @@ public:
     int width = 16, height = 16;
     QPointer<QWidget> window; // whose showing binds the controls naming the list
     bool bindPending = false;
+    bool designTime = false;
     // Images as handed out, by position, for one size and pixel ratio: many
     // items show the same image.
     mutable std::vector<QPixmap> rendered;
@@ -191,10 +193,50 @@ void VelmoraImageList::refresh(QWidget *control)
         b->refresh();
 }
 
-void VelmoraImageList::setVisible(bool)
+void VelmoraImageList::setVisible(bool visible)
 {
-    // A list of images has nothing to show on the form.
-    QWidget::setVisible(false);
+    // A list of images has nothing to show on the form; in an editor, its
+    // icon.
+    QWidget::setVisible(visible && d->designTime);
+}
+
+bool VelmoraImageList::isDesignTime() const { return d->designTime; }
+
+void VelmoraImageList::setDesignTime(bool on)
+{
+    if (d->designTime == on)
+        return;
+    d->designTime = on;
+    setAttribute(Qt::WA_TransparentForMouseEvents, !on);
+    QWidget::setVisible(on && parentWidget());
+    update();
+}
+
+void VelmoraImageList::paintEvent(QPaintEvent *)
+{
+    if (!d->designTime)
+        return;
+    // Three picture frames fanned out: a stack of images.
+    QPainter p(this);
+    p.setRenderHint(QPainter::Antialiasing);
+    const QRectF r = QRectF(rect()).adjusted(1, 1, -1, -1);
+    const qreal w = r.width() * 0.62, h = r.height() * 0.62;
+    const qreal pen = r.height() >= 24 ? 1.5 : 1;
+    const QColor fills[] = {QColor(0xf4, 0xd0, 0x8a), QColor(0xb8, 0xd8, 0xa8), QColor(0xa8, 0xc8, 0xf0)};
+    for (int i = 0; i < 3; ++i) {
+        const QRectF frame(r.left() + i * (r.width() - w) / 2, r.top() + i * (r.height() - h) / 2, w, h);
+        p.setPen(QPen(QColor(0x1d, 0x4e, 0x89), pen));
+        p.setBrush(fills[i]);
+        p.drawRect(frame);
+    }
+    // A hill and a sun on the front picture.
+    const QRectF front(r.right() - w, r.bottom() - h, w, h);
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(0x3a, 0x7d, 0x3a));
+    p.drawPolygon(QPolygonF({front.bottomLeft() + QPointF(pen, -pen), front.center() + QPointF(0, -h * 0.05),
+                             front.bottomRight() + QPointF(-pen, -pen)}));
+    p.setBrush(QColor(0xd9, 0x6c, 0x00));
+    p.drawEllipse(QPointF(front.left() + w * 0.3, front.top() + h * 0.3), w * 0.11, w * 0.11);
 }
 
 QSize VelmoraImageList::sizeHint() const

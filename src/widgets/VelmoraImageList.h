@@ -98,6 +98,12 @@ public:
     // does not announce (tabs added, a list widget's view mode).
     static void refresh(QWidget *control);
 
+    // In a form editor (Qt Designer's plugin sets it) the list shows as an
+    // icon, so that it can be selected and moved; where the form runs it is
+    // never shown. Off by default.
+    bool isDesignTime() const;
+    void setDesignTime(bool on);
+
     void setVisible(bool visible) override;
     QSize sizeHint() const override;
 
@@ -108,6 +114,7 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -408,6 +408,7 @@ void tst_Pages::dialog()
         names << dialog.tabs()->tabText(i);
     QCOMPARE(names, QStringList({"General", "ScaleControls", "ScaleFonts", "ScaleBorders", "ScaleGraphics",
                                  "ReplaceFontsWith", "FormEffects"}));
+    QSignalSpy appliedSpy(&dialog, &VelmoraPropertyDialog::applied);
     QPushButton *apply = dialog.buttons()->button(QDialogButtonBox::Apply);
     QVERIFY(!apply->isEnabled()); // nothing edited yet
     auto *general = static_cast<General *>(dialog.pages().at(0));
@@ -431,6 +432,7 @@ void tst_Pages::dialog()
         exempt = exempt || (f.velmora->ControlFlagControlKey(i) == QLatin1String("shpBox") && f.velmora->ControlFlagDontScaleBorder(i));
     QCOMPARE(exempt, applied);
     QVERIFY(!apply->isEnabled() || !applied);
+    QCOMPARE(appliedSpy.count(), applied ? 1 : 0);
     QCOMPARE(dialog.result(), closeWith == QLatin1String("ok") ? int(QDialog::Accepted) : int(QDialog::Rejected));
 }
 
