@@ -18,7 +18,7 @@ skip() {
     exit 77
 }
 
-bash "$(dirname "$0")/install-packages.sh" xvfb openbox x11-utils || skip "cannot install xvfb, openbox, x11-utils"
+bash "$(dirname "$0")/install-packages.sh" xvfb openbox x11-utils xdotool || skip "cannot install xvfb, openbox, x11-utils, xdotool"
 
 # A display number nobody uses.
 display=""
@@ -39,7 +39,9 @@ cleanup() {
 }
 trap cleanup EXIT
 
-Xvfb "$display" -screen 0 1280x1024x24 -nolisten tcp >"$workdir/xvfb.log" 2>&1 &
+# -noreset: when the readiness probe, its first client, leaves, the server
+# would reset and refuse the window manager meanwhile.
+Xvfb "$display" -screen 0 1280x1024x24 -nolisten tcp -noreset >"$workdir/xvfb.log" 2>&1 &
 x_pid=$!
 ready=""
 for _ in $(seq 1 100); do

@@ -31,6 +31,8 @@ VelmoraPropertyDialog::VelmoraPropertyDialog(VelmoraControl *control, QWidget *p
             page->selectionChanged({control});
         connect(page, &VelmoraPropertyPage::changedChanged, this, &VelmoraPropertyDialog::updateApply);
     }
+    // Every page's name in sight.
+    m_tabs->setUsesScrollButtons(false);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_tabs);
     layout->addWidget(m_buttons);
