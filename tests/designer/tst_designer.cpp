@@ -16,6 +16,7 @@
 #include <QtDesigner/QDesignerFormWindowInterface>
 #include <QtDesigner/QDesignerFormWindowManagerInterface>
 #include <QtDesigner/QDesignerIntegration>
+#include <QtDesigner/QDesignerPropertySheetExtension>
 #include <QtDesigner/QDesignerTaskMenuExtension>
 #include <QtDesigner/QDesignerWidgetBoxInterface>
 #include <QtDesigner/QExtensionManager>
@@ -328,6 +329,14 @@ void tst_Designer::savesDesignReference()
     QCOMPARE(saved.value(QStringLiteral("ScaleBorders")), QStringLiteral("false"));
     QCOMPARE(saved.value(QStringLiteral("ControlFlagCount")), QStringLiteral("2"));
     QCOMPARE(saved.value(QStringLiteral("ControlFlagControlKey2")), QStringLiteral("lblDeleted"));
+    // Saved, not shown: the pages edit the count, the form is the design.
+    auto *sheet = qt_extension<QDesignerPropertySheetExtension *>(m_core->extensionManager(), velmoraIn(form));
+    for (const char *hidden : {"ControlFlagCount", "DesignFormWidth", "DesignFormHeight", "DesignFormScaleWidth",
+                               "DesignFormScaleHeight"}) {
+        const int index = sheet->indexOf(QLatin1String(hidden));
+        QVERIFY(index >= 0 && !sheet->isVisible(index));
+    }
+    QVERIFY(sheet->isVisible(sheet->indexOf(QStringLiteral("ScaleBorders"))));
 }
 
 void tst_Designer::pagesWriteThroughTheFormWindow_data()

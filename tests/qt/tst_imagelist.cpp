@@ -36,6 +36,8 @@ private Q_SLOTS:
     void adding();
     void designerProperties();
     void loadedFromUi();
+    void shownOnlyInAnEditor_data();
+    void shownOnlyInAnEditor();
     void handedOutAtTheListSize_data();
     void handedOutAtTheListSize();
     void rebuiltFromTheDesignPictures_data();
@@ -116,6 +118,37 @@ void tst_ImageList::designerProperties()
     QCOMPARE(list.imageKeys().last(), QStringLiteral("later"));
     list.setImages({m_red16, missing, m_blue64, m_red16});
     QCOMPARE(list.key(3), QStringLiteral("later"));
+}
+
+void tst_ImageList::shownOnlyInAnEditor_data()
+{
+    QTest::addColumn<bool>("designTime");
+    QTest::newRow("running form: never shown") << false;
+    QTest::newRow("form being edited: an icon to select") << true;
+}
+
+void tst_ImageList::shownOnlyInAnEditor()
+{
+    QFETCH(bool, designTime);
+    QWidget form;
+    form.resize(200, 100);
+    auto *list = new VelmoraImageList(&form);
+    list->setGeometry(10, 10, 32, 32);
+    list->setDesignTime(designTime);
+    list->show();
+    form.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&form));
+    QCOMPARE(list->isVisible(), designTime);
+    // An editor selects it by clicking it; a running form clicks through.
+    QCOMPARE(list->testAttribute(Qt::WA_TransparentForMouseEvents), !designTime);
+    QCOMPARE(form.childAt(26, 26) == list, designTime);
+    if (designTime) {
+        const QImage drawn = list->grab().toImage();
+        QVERIFY(drawn.pixelColor(16, 16) != form.palette().color(QPalette::Window));
+        // Out of the editor again, hidden.
+        list->setDesignTime(false);
+        QVERIFY(list->isHidden());
+    }
 }
 
 void tst_ImageList::loadedFromUi()

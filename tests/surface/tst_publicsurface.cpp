@@ -13,6 +13,8 @@
 #include <QMetaMethod>
 #include <QtTest>
 
+#include <algorithm>
+
 namespace {
 
 const velmora::ControlFlags *record(VelmoraControl *v, const char *key)
@@ -50,6 +52,7 @@ private Q_SLOTS:
     void indexOutOfRange_data();
     void indexOutOfRange();
     void entriesBeforeTheirCount();
+    void aBagReplacesTheSavedEntries();
     void uicAndUiLoaderAgree();
     void settingsWrittenIntoAUiComeBack();
     void locksReachTheLayout_data();
@@ -311,6 +314,14 @@ void tst_PublicSurface::designSizesOnlyAtDesignTime()
     QCOMPARE(bag.value(QStringLiteral("DesignFormScaleHeight")).toFloat(), 300.0f * 15);
     QCOMPARE(bag.value(QStringLiteral("DesignFormWidth")).toFloat(), float(form.frameGeometry().width() * 15));
     QCOMPARE(bag.value(QStringLiteral("DesignFormHeight")).toFloat(), float(form.frameGeometry().height() * 15));
+    // In an editor the properties read the form as it stands: what the
+    // editor saves is its size at that moment, whatever was given before.
+    v->setDesignFormScaleWidth(1234);
+    form.resize(500, 300);
+    QCOMPARE(v->DesignFormScaleWidth(), 500.0 * 15);
+    QCOMPARE(v->property("DesignFormWidth").toDouble(), double(form.frameGeometry().width() * 15));
+    v->setDesignTime(false);
+    QCOMPARE(v->DesignFormScaleWidth(), 1234.0);
 }
 
 void tst_PublicSurface::indexOutOfRange_data()
@@ -359,6 +370,27 @@ void tst_PublicSurface::entriesBeforeTheirCount()
     QCOMPARE(v.property("ControlFlagDontScaleTop2"), QVariant(true));
     v.setControlFlagDontScaleTop(2, false);
     QVERIFY(!v.property("ControlFlagDontScaleTop2").isValid());
+}
+
+void tst_PublicSurface::aBagReplacesTheSavedEntries()
+{
+    // The entries a bag gives are the saved ones (the keys a form builder
+    // saves say the same), and an entry read before is gone for good: the
+    // count growing again brings back no stale key.
+    VelmoraControl v;
+    v.setControlFlagCount(2);
+    v.setControlFlagControlKey(2, QStringLiteral("lblOld"));
+    v.setControlFlagDontScaleLeft(2, true);
+    v.readProperties({{"ControlFlagCount", 1}, {"ControlFlagControlKey1", "lblNew"}, {"ControlFlagDontScaleFont1", true}});
+    QCOMPARE(v.property("ControlFlagControlKey1"), QVariant(QStringLiteral("lblNew")));
+    QCOMPARE(v.property("ControlFlagDontScaleFont1"), QVariant(true));
+    QVERIFY(!v.property("ControlFlagControlKey2").isValid());
+    v.setControlFlagCount(2);
+    QCOMPARE(v.ControlFlagControlKey(2), QString());
+    QVERIFY(!v.ControlFlagDontScaleLeft(2));
+    v.initProperties();
+    const auto names = v.dynamicPropertyNames();
+    QVERIFY(std::none_of(names.cbegin(), names.cend(), [](const QByteArray &n) { return n.startsWith("ControlFlag"); }));
 }
 
 void tst_PublicSurface::uicAndUiLoaderAgree()
