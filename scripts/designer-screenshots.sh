@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Takes screenshots of Qt Designer with the Velmora plugin from the build
 # tree, on a private X server with a window manager (scripts/with-xvfb.sh):
-# the widget box with the Velmora group, and the settings pages opened by a
-# double-click on a form's VelmoraControl. Writes designer-widgetbox.png,
+# the widget box with the Velmora group, a VelmoraControl dragged from it
+# onto a form, and the settings pages opened by a double-click on the form's
+# VelmoraControl. Writes designer-widgetbox.png, designer-dropped.png,
 # designer-pages.png and designer-scalecontrols.png into build/screenshots/
 # (or DIR).
 #

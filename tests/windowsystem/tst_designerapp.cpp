@@ -1,7 +1,8 @@
 // Qt Designer itself, started with the plugin from the build tree on a real
 // X server (scripts/with-xvfb.sh): its widget box shows the Velmora group,
-// found on the screen by the four widgets' icons, and a double-click on the
-// form's VelmoraControl opens its settings pages. The screens are kept as
+// found on the screen by the four widgets' icons; a VelmoraControl dragged
+// from there onto a form shows as its icon; a double-click on the form's
+// VelmoraControl opens its settings pages. The screens are kept as
 // PNGs (in VELMORA_SCREENSHOT_DIR, or the test's temporary folder) for
 // people to look at; scripts/designer-screenshots.sh takes them for the
 // README.
@@ -70,12 +71,14 @@ private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
     void widgetBoxShowsVelmora();
+    void dropFromTheWidgetBox();
     void doubleClickOpensThePages();
 
 private:
     QString keep(const QImage &screen, const char *name);
     QDesignerCustomWidgetCollectionInterface *m_collection = nullptr;
     std::unique_ptr<QTemporaryDir> m_home;
+    QRect m_boxEntry; // VelmoraControl's icon in the widget box
     QProcess m_designer;
 };
 
@@ -161,6 +164,46 @@ void tst_DesignerApp::widgetBoxShowsVelmora()
     keep(screen, "designer-widgetbox.png");
     QVERIFY2(m_designer.state() == QProcess::Running, "Designer ended before showing its widget box");
     QVERIFY2(shown && found.size() == 4, "the Velmora group is not on the screen");
+    const QPoint at = found.value(QStringLiteral("VelmoraControl"));
+    const int side = found.value(QStringLiteral("VelmoraLine")).y() - at.y() > 40 ? 32 : 22;
+    m_boxEntry = QRect(at, QSize(side, side));
+}
+
+void tst_DesignerApp::dropFromTheWidgetBox()
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty())
+        QSKIP("xdotool (to drag in Designer's window) is not installed");
+    if (m_boxEntry.isNull())
+        QSKIP("the widget box was not found");
+    // The form's own component, at the form's top right (350, 10).
+    const QImage onForm = m_collection->customWidgets().value(0)->icon().pixmap(32, 32).toImage().convertToFormat(
+        QImage::Format_ARGB32);
+    QPoint existing;
+    QVERIFY(QTest::qWaitFor([&] { return !(existing = find(grabScreen(), onForm)).isNull(); }, 20000));
+    // Dragged from the box to the form's empty lower left, it shows there as
+    // a component being designed: its icon.
+    const QPoint formOrigin = existing - QPoint(350, 10);
+    const QPoint drop = formOrigin + QPoint(40, 220);
+    const QPoint from = m_boxEntry.center();
+    QVERIFY(xdotool({"mousemove", QString::number(from.x()), QString::number(from.y()), "mousedown", "1"}));
+    for (int step = 1; step <= 10; ++step) {
+        const QPoint p = from + (drop - from) * step / 10;
+        QVERIFY(xdotool({"mousemove", QString::number(p.x()), QString::number(p.y()), "sleep", "0.05"}));
+    }
+    QVERIFY(xdotool({"mouseup", "1"}));
+    // Selected, its handles cover its corners: select the form instead.
+    const QPoint empty = formOrigin + QPoint(300, 270);
+    QVERIFY(xdotool({"sleep", "0.3", "mousemove", QString::number(empty.x()), QString::number(empty.y()), "click", "1"}));
+    QPoint placed;
+    QVERIFY2(QTest::qWaitFor(
+                 [&] {
+                     const QImage lower = grabScreen().copy(QRect(formOrigin + QPoint(0, 100), QSize(400, 200)));
+                     placed = find(lower, onForm);
+                     return !placed.isNull();
+                 },
+                 20000),
+             qPrintable(keep(grabScreen(), "designer-dropped.png")));
+    keep(grabScreen(), "designer-dropped.png");
 }
 
 void tst_DesignerApp::doubleClickOpensThePages()
