@@ -26,6 +26,8 @@ namespace VelmoraPages {
 
 class ControlOptionsPage : public VelmoraPropertyPage {
     Q_OBJECT
+    // As the component has always described its pages (all but FormEffects).
+    Q_CLASSINFO("Description", "Velmora Property Page")
 public:
     ~ControlOptionsPage() override;
 

@@ -10,6 +10,8 @@ namespace VelmoraPages {
 
 class ReplaceFontsWith : public VelmoraPropertyPage {
     Q_OBJECT
+    // As the component has always described its pages (all but FormEffects).
+    Q_CLASSINFO("Description", "Velmora Property Page")
 public:
     explicit ReplaceFontsWith(QWidget *parent = nullptr);
 

@@ -408,6 +408,12 @@ void tst_Pages::dialog()
         names << dialog.tabs()->tabText(i);
     QCOMPARE(names, QStringList({"General", "ScaleControls", "ScaleFonts", "ScaleBorders", "ScaleGraphics",
                                  "ReplaceFontsWith", "FormEffects"}));
+    for (VelmoraPropertyPage *page : dialog.pages()) {
+        const QMetaObject *mo = page->metaObject();
+        const int info = mo->indexOfClassInfo("Description");
+        QCOMPARE(info < 0 ? QString() : QString::fromLatin1(mo->classInfo(info).value()),
+                 page->objectName() == QLatin1String("FormEffects") ? QString() : QStringLiteral("Velmora Property Page"));
+    }
     QSignalSpy appliedSpy(&dialog, &VelmoraPropertyDialog::applied);
     QPushButton *apply = dialog.buttons()->button(QDialogButtonBox::Apply);
     QVERIFY(!apply->isEnabled()); // nothing edited yet
