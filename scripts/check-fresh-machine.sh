@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs the README's two commands in a brand-new Debian 12 (a debootstrap
-# minbase chroot) on the committed HEAD. Dev machines collect packages
+# minbase chroot) on the committed HEAD, then installs the Debian package
+# there, builds an application against it and removes it. Dev machines collect packages
 # installed by hand; only a pristine system shows what bootstrap.sh forgot.
 #
 # Exit codes: 0 both commands passed, 77 the Debian mirror is unreachable
@@ -210,7 +211,8 @@ main() {
     local login=(env -i HOME=/root USER=root LOGNAME=root SHELL=/bin/bash LANG=C.UTF-8
         PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin
         chroot "$run_dir/root" /bin/bash -lc)
-    for cmd in "bash scripts/preview.sh" "bash scripts/test.sh"; do
+    # Then the Debian package: installed, built against, removed.
+    for cmd in "bash scripts/preview.sh" "bash scripts/test.sh" "bash scripts/check-package.sh"; do
         out=$logs/${cmd//[^a-z]/_}.log
         if ! step "$cmd" "$out" "${login[@]}" "cd /root/velmora && $cmd"; then failed=$cmd; break; fi
         tail -n 3 "$out"
@@ -221,7 +223,7 @@ main() {
         tail -n 40 "$out" >&2
         exit 1
     fi
-    log "PASSED: the README's commands work on a fresh Debian $suite ($((SECONDS - t0))s in all)"
+    log "PASSED: the README's commands and the Debian package work on a fresh Debian $suite ($((SECONDS - t0))s in all)"
 }
 
 main "$@"

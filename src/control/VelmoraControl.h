@@ -8,6 +8,8 @@
 // sizes, fonts, border widths and pictures whenever the form is resized.
 #pragma once
 
+#include "velmora_export.h"
+
 #include "control/VelmoraError.h"
 
 #include <QPixmap>
@@ -24,7 +26,7 @@ class FormDriver;
 
 class VelmoraControlPrivate;
 
-class VelmoraControl : public QWidget {
+class VELMORA_EXPORT VelmoraControl : public QWidget {
     Q_OBJECT
     // In the order the component has always published them.
     Q_PROPERTY(bool ScaleFonts READ ScaleFonts WRITE setScaleFonts NOTIFY settingsChanged)

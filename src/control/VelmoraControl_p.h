@@ -20,7 +20,8 @@ public:
     static VelmoraControlPrivate *get(VelmoraControl *control) { return control->d.get(); }
 
     // The widget a control placed on `parent` serves.
-    static QWidget *formFor(QWidget *parent);
+    // Exported for the Designer plugin, like paintIcon().
+    VELMORA_EXPORT static QWidget *formFor(QWidget *parent);
     void rebind();
     bool designTime = false;
     // A main window is often assembled after the component is placed on it,
@@ -56,7 +57,7 @@ public:
     QPointer<QWidget> editedForm;
     // The form whose controls the settings pages list.
     QWidget *listedForm() const;
-    static void paintIcon(QPainter &p, const QRectF &r);
+    VELMORA_EXPORT static void paintIcon(QPainter &p, const QRectF &r);
 
     VelmoraControl *q; // nullptr once the component is deleted
     velmora::qt::QtEngineHost host;

@@ -1,6 +1,8 @@
 // Velmora - what the component could not do, as its Error signal reports it.
 #pragma once
 
+#include "velmora_export.h"
+
 #include <QMetaType>
 #include <QObject>
 #include <QString>
@@ -10,7 +12,7 @@
 // property value, 383: read-only, 9: index out of range, 424: object
 // required, 6: overflow, 5: any other refusal), the toolkit's description,
 // and where it arose ("Velmora" for the component's own checks).
-class VelmoraError {
+class VELMORA_EXPORT VelmoraError {
     Q_GADGET
     Q_PROPERTY(int Number MEMBER Number)
     Q_PROPERTY(QString Description MEMBER Description)

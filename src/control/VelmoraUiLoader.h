@@ -2,9 +2,11 @@
 // VelmoraLine, VelmoraShape) from .ui files without a Designer plugin.
 #pragma once
 
+#include "velmora_export.h"
+
 #include <QUiLoader>
 
-class VelmoraUiLoader : public QUiLoader {
+class VELMORA_EXPORT VelmoraUiLoader : public QUiLoader {
     Q_OBJECT
 public:
     explicit VelmoraUiLoader(QObject *parent = nullptr);

@@ -3,6 +3,8 @@
 // control; an application may show it at run time too.
 #pragma once
 
+#include "velmora_export.h"
+
 #include <QDialog>
 #include <QList>
 #include <QPointer>
@@ -12,7 +14,7 @@ class QTabWidget;
 class VelmoraControl;
 class VelmoraPropertyPage;
 
-class VelmoraPropertyDialog : public QDialog {
+class VELMORA_EXPORT VelmoraPropertyDialog : public QDialog {
     Q_OBJECT
 public:
     explicit VelmoraPropertyDialog(VelmoraControl *control, QWidget *parent = nullptr);

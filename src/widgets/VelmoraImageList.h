@@ -28,6 +28,8 @@
 // without a reference keep whatever icon they have.
 #pragma once
 
+#include "velmora_export.h"
+
 #include <QIcon>
 #include <QPixmap>
 #include <QStringList>
@@ -38,7 +40,7 @@
 class QTabBar;
 class VelmoraImageListPrivate;
 
-class VelmoraImageList : public QWidget
+class VELMORA_EXPORT VelmoraImageList : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(int ImageWidth READ imageWidth WRITE setImageWidth NOTIFY imagesChanged)

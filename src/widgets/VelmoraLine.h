@@ -13,11 +13,13 @@
 // later, when it is shown.
 #pragma once
 
+#include "velmora_export.h"
+
 #include <QColor>
 #include <QPoint>
 #include <QWidget>
 
-class VelmoraLine : public QWidget
+class VELMORA_EXPORT VelmoraLine : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(int X1 READ x1 WRITE setX1 DESIGNABLE true)

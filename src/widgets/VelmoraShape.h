@@ -6,11 +6,13 @@
 // shape and nothing is ever drawn outside it.
 #pragma once
 
+#include "velmora_export.h"
+
 #include <QColor>
 #include <QRectF>
 #include <QWidget>
 
-class VelmoraShape : public QWidget
+class VELMORA_EXPORT VelmoraShape : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(Shape Shape READ shape WRITE setShape DESIGNABLE true)

@@ -1,0 +1,27 @@
+# Installs the build into a temporary prefix, then configures, builds and
+# runs the consumer against that prefix alone.
+#   cmake -DBUILD_DIR=... -DWORK_DIR=... -DSOURCE_DIR=... -DGENERATOR=... -P RunConsumer.cmake
+file(REMOVE_RECURSE "${WORK_DIR}")
+set(prefix "${WORK_DIR}/prefix")
+
+function(run what)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE out)
+    if(NOT rc EQUAL 0)
+        message(FATAL_ERROR "${what} failed (${rc}):\n${out}")
+    endif()
+    message(STATUS "${what}: ok")
+    set(last_output "${out}" PARENT_SCOPE)
+endfunction()
+
+run("install into ${prefix}" "${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${prefix}")
+run("configure the consumer" "${CMAKE_COMMAND}" -S "${SOURCE_DIR}" -B "${WORK_DIR}/build" -G "${GENERATOR}"
+    "-DCMAKE_PREFIX_PATH=${prefix}" -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF
+    -DCMAKE_FIND_PACKAGE_NO_SYSTEM_PACKAGE_REGISTRY=ON)
+file(READ "${WORK_DIR}/build/CMakeCache.txt" cache)
+string(REGEX MATCH "Velmora_DIR:PATH=[^\n]*" found "${cache}")
+if(NOT found MATCHES "=${prefix}/")
+    message(FATAL_ERROR "the consumer found another Velmora: ${found}")
+endif()
+run("build the consumer" "${CMAKE_COMMAND}" --build "${WORK_DIR}/build")
+run("run the consumer" "${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen "${WORK_DIR}/build/consumer" "${prefix}/")
+message("${last_output}")
