@@ -23,5 +23,7 @@ if(NOT found MATCHES "=${prefix}/")
     message(FATAL_ERROR "the consumer found another Velmora: ${found}")
 endif()
 run("build the consumer" "${CMAKE_COMMAND}" --build "${WORK_DIR}/build")
-run("run the consumer" "${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen "${WORK_DIR}/build/consumer" "${prefix}/")
+file(GLOB plugins LIST_DIRECTORIES true "${prefix}/lib/*/qt6/plugins")
+run("run the consumer" "${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen "QT_PLUGIN_PATH=${plugins}"
+    "${WORK_DIR}/build/consumer" "${prefix}")
 message("${last_output}")

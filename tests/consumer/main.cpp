@@ -1,6 +1,7 @@
 // A form scaled by an installed Velmora. With an argument, the library
 // must have been loaded from under that folder (the install being tested,
-// not some other copy). Exits 0 when the form scaled.
+// not some other copy). Exits 0 when the form scaled and the Designer
+// plugin installed beside the library made the component for a QUiLoader.
 #include <VelmoraControl>
 #include <VelmoraUiLoader>
 
@@ -80,5 +81,16 @@ int main(int argc, char **argv)
         return 1;
     }
     std::printf("consumer: the form scaled\n");
+
+    // The Designer plugin installed with the library: a plain QUiLoader
+    // makes the component through it, as this program's own class.
+    QUiLoader plain;
+    buffer.seek(0);
+    std::unique_ptr<QWidget> viaPlugin(plain.load(&buffer));
+    if (!viaPlugin || !viaPlugin->findChild<VelmoraControl *>()) {
+        std::fprintf(stderr, "consumer: QUiLoader did not make a VelmoraControl through the Designer plugin\n");
+        return 1;
+    }
+    std::printf("consumer: QUiLoader made the component through the Designer plugin\n");
     return 0;
 }
