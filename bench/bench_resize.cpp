@@ -22,11 +22,15 @@ namespace {
 
 // 1000 widgets: 100 group boxes of 9 children each (label, edit, button,
 // check box, repeated), in a 10 x 10 grid; with `limits`, every child has a
-// minimum and a maximum size to scale.
-std::unique_ptr<QWidget> bigForm(bool limits)
+// minimum and a maximum size to scale; `styled`, the form has a style sheet
+// that sets the labels' and buttons' fonts and lengths in pixels.
+std::unique_ptr<QWidget> bigForm(bool limits, bool styled = false)
 {
     auto form = std::make_unique<QWidget>();
     form->resize(1600, 1200);
+    if (styled)
+        form->setStyleSheet(QStringLiteral("QLabel, QPushButton { font: 9pt; } QPushButton { padding: 1px 4px; } "
+                                           "QLineEdit { border: 1px solid gray; padding: 2px; }"));
     int n = 0;
     for (int row = 0; row < 10; ++row) {
         for (int col = 0; col < 10; ++col) {
@@ -143,6 +147,9 @@ int main(int argc, char **argv)
     auto limited = bigForm(true);
     const Timing l = measure(limited.get(), limited.get(), rounds);
     limited.reset();
+    auto styled = bigForm(false, true);
+    const Timing st = measure(styled.get(), styled.get(), rounds);
+    styled.reset();
     auto laidOut = laidOutForm();
     const Timing o = measure(laidOut.get(), laidOut.get(), rounds);
 
@@ -150,6 +157,7 @@ int main(int argc, char **argv)
     std::printf("sample form          %7d  %9.2f  %15.2f\n", countWidgets(sample.form()), s.passMs, s.paintMs);
     std::printf("1000-widget form     %7d  %9.2f  %15.2f\n", 1001, b.passMs, b.paintMs);
     std::printf("  with min/max sizes %7d  %9.2f  %15.2f\n", 1001, l.passMs, l.paintMs);
+    std::printf("  with style sheets  %7d  %9.2f  %15.2f\n", 1001, st.passMs, st.paintMs);
     std::printf("laid-out containers  %7d  %9.2f  %15.2f\n", countWidgets(laidOut.get()), o.passMs, o.paintMs);
     return 0;
 }

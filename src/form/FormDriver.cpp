@@ -21,6 +21,7 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <algorithm>
 #include <exception>
 
 namespace velmora {
@@ -270,7 +271,17 @@ void FormDriver::runPass()
     if (!m_engine.Initialised)
         qt::settleLayouts(form->widget());
     form->beginPass();
+    const bool capturing = !m_engine.Initialised;
+    // Lengths first: a sheet's minimum sizes must not hold a control back
+    // from the place the pass gives it.
+    if (!capturing && ScaleControls && !m_styleSheets.empty())
+        scaleStyleSheets(*form);
     m_engine.ResizeControls(*form);
+    if (capturing && m_engine.Initialised) {
+        m_styleSheets.capture(form->widget());
+        m_sheetWidth = m_engine.RefScaleWidth;
+        m_sheetHeight = m_engine.RefScaleHeight;
+    }
     form->endPass();
     // The bands follow the form's new size.
     if (m_engine.GradientFill && m_hostForm == form)
@@ -278,6 +289,17 @@ void FormDriver::runPass()
     m_passRunning = false;
     m_engine.StopRequested = false;
     runPending();
+}
+
+void FormDriver::scaleStyleSheets(qt::QtForm &form)
+{
+    if (m_sheetWidth <= 0 || m_sheetHeight <= 0)
+        return;
+    const auto w = getSingle(form, "ScaleWidth"), h = getSingle(form, "ScaleHeight");
+    const auto tw = w ? ResizeEngine::twipsWidth(form, *w) : std::nullopt;
+    const auto th = h ? ResizeEngine::twipsHeight(form, *h) : std::nullopt;
+    if (tw && th && *tw > 0 && *th > 0)
+        m_styleSheets.scale(std::min(*tw / m_sheetWidth, *th / m_sheetHeight));
 }
 
 void FormDriver::runPending()

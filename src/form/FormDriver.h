@@ -4,6 +4,7 @@
 #pragma once
 
 #include "form/WindowPlacement.h"
+#include "qt/QtStyleSheets.h"
 
 #include <QObject>
 #include <QPointer>
@@ -120,6 +121,7 @@ private:
     bool collapsed() const;
     std::shared_ptr<void> hold() const { return keepAlive ? keepAlive() : nullptr; }
     void runPending();
+    void scaleStyleSheets(qt::QtForm &form);
     // Answers a resize from the event loop, ahead of the repaint: never
     // inside the form's own event, which a handler may delete the form from.
     void postPass();
@@ -129,6 +131,10 @@ private:
     QPointer<QWidget> m_window; // where the form's window-state changes arrive
     QPointer<QWidget> m_mdiArea; // an MDI parent's inner part
     std::shared_ptr<qt::QtForm> m_hostForm;
+    // The own style sheets of the form's window, and the form's size (in
+    // twips) when they were taken: their lengths scale with the form.
+    qt::FormStyleSheets m_styleSheets;
+    float m_sheetWidth = 0, m_sheetHeight = 0;
     QTimer m_tmrDelayResize;
     QTimer m_tmrDisableResize;
     QTimer m_tmrScreenWait;

@@ -1,5 +1,6 @@
 #include "qt/QtFont.h"
 
+#include "qt/QtStyleSheets.h"
 #include "qt/QtUnits.h"
 
 #include <QPointer>
@@ -25,6 +26,8 @@ protected:
         if (!m_widget)
             return false;
         m_widget->setFont(font);
+        // A style sheet's font size wins over setFont: then the sheet says it.
+        StyleSheets::followFont(m_widget, font);
         return true;
     }
 

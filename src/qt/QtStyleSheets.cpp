@@ -1,0 +1,294 @@
+#include "qt/QtStyleSheets.h"
+
+#include "qt/QtFont.h"
+
+#include <QApplication>
+#include <QHash>
+#include <QMdiSubWindow>
+#include <QRegularExpression>
+#include <QWidget>
+
+#include <cmath>
+
+namespace velmora::qt {
+
+namespace {
+
+// What Velmora has done to one widget's own sheet.
+struct SheetState {
+    QString original; // the widget's own text, as the application set it
+    QString applied;  // the text Velmora set last
+    double lengths = 1.0;
+    std::optional<double> pin; // points
+};
+
+QHash<const QWidget *, SheetState> &states()
+{
+    static QHash<const QWidget *, SheetState> table;
+    return table;
+}
+
+SheetState *stateOf(QWidget *w, bool create)
+{
+    auto &table = states();
+    auto it = table.find(w);
+    if (it == table.end()) {
+        if (!create)
+            return nullptr;
+        it = table.insert(w, SheetState{w->styleSheet(), w->styleSheet(), 1.0, std::nullopt});
+        QObject::connect(w, &QObject::destroyed, [w] { states().remove(w); });
+    } else if (w->styleSheet() != it->applied) {
+        // The application set a sheet of its own since: that is the
+        // original now.
+        it->original = it->applied = w->styleSheet();
+    }
+    return &*it;
+}
+
+bool samePoints(double a, double b)
+{
+    return std::abs(a - b) < 0.005;
+}
+
+// A selector for this widget alone, as specific as the sheets usually are
+// (a type and, where it is a valid identifier, its name), so that it also
+// wins over the widget's own rules by coming last.
+QString pinSelector(const QWidget *w)
+{
+    static const QRegularExpression ident(QStringLiteral("^[A-Za-z_][A-Za-z0-9_-]*$"));
+    QString selector = QString::fromLatin1(w->metaObject()->className()).replace(QLatin1String("::"), QLatin1String("--"));
+    if (ident.match(w->objectName()).hasMatch())
+        selector += u'#' + w->objectName();
+    return selector + QStringLiteral("[%1=\"true\"]").arg(QLatin1String(StyleSheets::PinProperty));
+}
+
+void compose(QWidget *w, SheetState &s)
+{
+    QString text = StyleSheets::scaleLengths(s.original, s.lengths);
+    if (s.pin) {
+        // A bare list of declarations is a rule for everything; written as
+        // one, so that a rule can follow it.
+        if (StyleSheets::isBare(text))
+            text = QStringLiteral("* { %1 }").arg(text);
+        text += QStringLiteral("\n%1 { font-size: %2pt; }").arg(pinSelector(w)).arg(*s.pin, 0, 'g', 6);
+        w->setProperty(StyleSheets::PinProperty, true);
+    } else {
+        w->setProperty(StyleSheets::PinProperty, QVariant());
+    }
+    if (text != w->styleSheet())
+        w->setStyleSheet(text);
+    s.applied = text;
+    // Back to the application's own sheet: nothing of Velmora's is left.
+    if (!s.pin && s.lengths == 1.0)
+        states().remove(w);
+}
+
+} // namespace
+
+bool StyleSheets::isBare(const QString &sheet)
+{
+    QChar quote;
+    for (qsizetype i = 0; i < sheet.size(); ++i) {
+        const QChar c = sheet.at(i);
+        if (!quote.isNull()) {
+            if (c == quote)
+                quote = QChar();
+        } else if (c == u'"' || c == u'\'') {
+            quote = c;
+        } else if (c == u'/' && sheet.mid(i, 2) == QLatin1String("/*")) {
+            const qsizetype end = sheet.indexOf(QLatin1String("*/"), i + 2);
+            i = end < 0 ? sheet.size() : end + 1;
+        } else if (c == u'{') {
+            return false;
+        }
+    }
+    return !sheet.trimmed().isEmpty();
+}
+
+QString StyleSheets::scaleLengths(const QString &sheet, double factor)
+{
+    if (factor == 1.0 || !sheet.contains(QLatin1String("px"), Qt::CaseInsensitive))
+        return sheet;
+    static const QRegularExpression length(QStringLiteral("(?<![\\w.-])(-?)(\\d*\\.?\\d+)px\\b"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    const auto scaled = [&](const QString &text) {
+        QString out;
+        qsizetype at = 0;
+        auto it = length.globalMatch(text);
+        while (it.hasNext()) {
+            const auto m = it.next();
+            out += text.mid(at, m.capturedStart() - at);
+            const double px = m.captured(2).toDouble();
+            double n = std::round(px * factor);
+            if (px >= 1 && n < 1)
+                n = 1;
+            out += m.captured(1) + QString::number(n, 'f', 0) + QLatin1String("px");
+            at = m.capturedEnd();
+        }
+        return out + text.mid(at);
+    };
+
+    // Pieces of the sheet: text that may hold lengths, and what is kept
+    // verbatim (comments, strings, anything in parentheses such as url()).
+    struct Piece {
+        QString text;
+        bool verbatim;
+    };
+    std::vector<Piece> pieces;
+    for (qsizetype i = 0; i < sheet.size();) {
+        qsizetype end = i;
+        bool verbatim = true;
+        const QChar c = sheet.at(i);
+        if (c == u'/' && sheet.mid(i, 2) == QLatin1String("/*")) {
+            const qsizetype close = sheet.indexOf(QLatin1String("*/"), i + 2);
+            end = close < 0 ? sheet.size() : close + 2;
+        } else if (c == u'"' || c == u'\'') {
+            const qsizetype close = sheet.indexOf(c, i + 1);
+            end = close < 0 ? sheet.size() : close + 1;
+        } else if (c == u'(') {
+            int depth = 0;
+            for (end = i; end < sheet.size(); ++end) {
+                depth += sheet.at(end) == u'(' ? 1 : sheet.at(end) == u')' ? -1 : 0;
+                if (depth == 0)
+                    break;
+            }
+            end = qMin(end + 1, sheet.size());
+        } else {
+            verbatim = false;
+            while (end < sheet.size() && !QStringView(u"/\"'(").contains(sheet.at(end)))
+                ++end;
+            if (end == i) // a lone '/'
+                ++end;
+        }
+        pieces.push_back({sheet.mid(i, end - i), verbatim});
+        i = end;
+    }
+
+    // Declarations are inside braces, or the whole sheet when it has none
+    // (a widget's own sheet may be a bare list of declarations). Lengths
+    // scale in the values of declarations other than font and font-size.
+    bool braces = false;
+    for (const Piece &p : pieces)
+        braces = braces || (!p.verbatim && p.text.contains(u'{'));
+    QString out;
+    int depth = 0;
+    QString property; // of the declaration being read
+    bool inValue = false;
+    for (const Piece &p : pieces) {
+        if (p.verbatim) {
+            out += p.text;
+            if (!inValue && (depth > 0 || !braces))
+                property += p.text;
+            continue;
+        }
+        QString run; // text of this piece not yet written
+        const auto emitRun = [&](bool value) {
+            const QString prop = property.trimmed().toLower();
+            const bool font = prop == QLatin1String("font") || prop == QLatin1String("font-size");
+            out += value && !font ? scaled(run) : run;
+            run.clear();
+        };
+        for (const QChar c : p.text) {
+            const bool declaring = depth > 0 || !braces;
+            if (c == u'{' || c == u'}') {
+                emitRun(declaring && inValue);
+                out += c;
+                depth += c == u'{' ? 1 : -1;
+                property.clear();
+                inValue = false;
+            } else if (declaring && c == u';') {
+                emitRun(inValue);
+                out += c;
+                property.clear();
+                inValue = false;
+            } else if (declaring && !inValue && c == u':') {
+                emitRun(false);
+                out += c;
+                inValue = true;
+            } else {
+                run += c;
+                if (declaring && !inValue)
+                    property += c;
+            }
+        }
+        emitRun((depth > 0 || !braces) && inValue);
+    }
+    return out;
+}
+
+void StyleSheets::followFont(QWidget *widget, const QFont &font)
+{
+    const double wanted = QtFont::pointSize(font);
+    SheetState *s = stateOf(widget, false);
+    if (!s) {
+        // The common case: the size took.
+        if (samePoints(QtFont::pointSize(widget->font()), wanted))
+            return;
+        s = stateOf(widget, true);
+    }
+    if (s->pin) {
+        // What the sheets give without the pin.
+        s->pin.reset();
+        compose(widget, *s);
+        if (samePoints(QtFont::pointSize(widget->font()), wanted))
+            return;
+        s = stateOf(widget, true);
+    }
+    s->pin = wanted;
+    compose(widget, *s);
+}
+
+void FormStyleSheets::capture(QWidget *form)
+{
+    m_widgets.clear();
+    m_bases.clear();
+    if (!form)
+        return;
+    // The form's own sheet and its ancestors' up to the window, and every
+    // sheet inside that window but in other forms' MDI windows.
+    std::vector<QWidget *> found;
+    for (QWidget *w = form; w; w = w->isWindow() ? nullptr : w->parentWidget())
+        found.push_back(w);
+    QWidget *window = found.back();
+    std::vector<QWidget *> stack{window};
+    while (!stack.empty()) {
+        QWidget *w = stack.back();
+        stack.pop_back();
+        for (QObject *child : w->children()) {
+            auto *cw = qobject_cast<QWidget *>(child);
+            if (!cw || cw->isWindow() || qobject_cast<QMdiSubWindow *>(cw))
+                continue;
+            found.push_back(cw);
+            stack.push_back(cw);
+        }
+    }
+    for (QWidget *w : found) {
+        const SheetState *s = stateOf(w, false);
+        if (!s && w->styleSheet().isEmpty())
+            continue;
+        m_widgets.emplace_back(w);
+        m_bases.push_back(s ? s->lengths : 1.0);
+    }
+}
+
+void FormStyleSheets::scale(double factor)
+{
+    for (std::size_t i = 0; i < m_widgets.size(); ++i) {
+        QWidget *w = m_widgets[i];
+        if (!w)
+            continue;
+        const double lengths = m_bases[i] * factor;
+        SheetState *s = stateOf(w, false);
+        if (!s) {
+            if (lengths == 1.0 || w->styleSheet().isEmpty())
+                continue;
+            s = stateOf(w, true);
+        }
+        if (s->lengths == lengths)
+            continue;
+        s->lengths = lengths;
+        compose(w, *s);
+    }
+}
+
+} // namespace velmora::qt

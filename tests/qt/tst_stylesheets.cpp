@@ -1,0 +1,277 @@
+// Forms styled with style sheets scale too: a font size a sheet sets (on
+// the widget or on an ancestor) follows the form like any other font, the
+// pixel lengths sheets give follow the form, the rest of every sheet stays
+// as written, and at the design size every sheet is its original text.
+#include "control/VelmoraControl.h"
+#include "qt/QtStyleSheets.h"
+
+#include <QFontInfo>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QtTest>
+
+#include <memory>
+
+using velmora::qt::StyleSheets::scaleLengths;
+
+namespace {
+
+// A main window whose central widget is the form: 400 x 300 at design, one
+// label (20, 20, 120 x 24) in a group box or straight on the form.
+struct StyledForm {
+    QMainWindow window;
+    QWidget *form = new QWidget;
+    QGroupBox *group = nullptr;
+    QLabel *label = nullptr;
+    QPushButton *button = nullptr;
+    VelmoraControl *velmora = nullptr;
+
+    StyledForm()
+    {
+        window.setCentralWidget(form);
+        group = new QGroupBox(QStringLiteral("Group"), form);
+        group->setObjectName(QStringLiteral("grpMain"));
+        group->setGeometry(10, 10, 200, 120);
+        label = new QLabel(QStringLiteral("Name"), group);
+        label->setObjectName(QStringLiteral("lblName"));
+        label->setGeometry(20, 40, 120, 24);
+        button = new QPushButton(QStringLiteral("Go"), form);
+        button->setObjectName(QStringLiteral("cmdGo"));
+        button->setGeometry(20, 200, 100, 30);
+        velmora = new VelmoraControl(form);
+        velmora->setResizeOnMouseUp(false);
+    }
+    bool show()
+    {
+        window.resize(400, 300);
+        window.show();
+        return QTest::qWaitForWindowExposed(&window) && QTest::qWaitFor([&] { return velmora->isFormReady(); });
+    }
+    // The form at `factor` times its design size.
+    void scaleTo(double factor)
+    {
+        const QSize chrome = window.size() - form->size();
+        window.resize(QSize(qRound(400 * factor), qRound(300 * factor)) + chrome);
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
+};
+
+// The font the widget draws with, as the font system matched it (whole
+// pixels), against a size in points.
+bool drawsAt(const QWidget *w, double points)
+{
+    const double pixels = points * w->logicalDpiY() / 72.0;
+    const QFont f = w->font();
+    const double given = f.pointSizeF() > 0 ? f.pointSizeF() : f.pixelSize() * 72.0 / w->logicalDpiY();
+    return qAbs(QFontInfo(f).pixelSize() - pixels) <= 0.5 && qAbs(given - points) < 0.01;
+}
+
+QString fontOf(const QWidget *w)
+{
+    return QStringLiteral("%1pt, drawn at %2px").arg(w->font().pointSizeF()).arg(QFontInfo(w->font()).pixelSize());
+}
+
+#define VERIFY_DRAWS_AT(w, points) QVERIFY2(drawsAt(w, points), qPrintable(fontOf(w) + QStringLiteral(" for %1pt").arg(points)))
+
+// Height of the ink the label draws: the rendered text, not its font.
+int inkHeight(QWidget *w)
+{
+    const QImage image = w->grab().toImage();
+    const QRgb background = image.pixel(image.width() - 1, image.height() - 1);
+    int top = -1, bottom = -1;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixel(x, y) != background) {
+                if (top < 0)
+                    top = y;
+                bottom = y;
+                break;
+            }
+    return top < 0 ? 0 : bottom - top + 1;
+}
+
+} // namespace
+
+class tst_StyleSheets : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void lengths_data();
+    void lengths();
+    void sheetFontsScale_data();
+    void sheetFontsScale();
+    void exemptFontsStay_data();
+    void exemptFontsStay();
+    void pixelLengthsScale();
+    void applicationSheetsAreKept();
+};
+
+void tst_StyleSheets::lengths_data()
+{
+    QTest::addColumn<QString>("sheet");
+    QTest::addColumn<double>("factor");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("bare declarations") << "padding: 4px; min-width: 80px" << 1.5 << "padding: 6px; min-width: 120px";
+    QTest::newRow("rules, pseudo-states") << "QPushButton:hover { border: 2px solid red; margin: -3px }" << 2.0
+                                          << "QPushButton:hover { border: 4px solid red; margin: -6px }";
+    QTest::newRow("font sizes follow the fonts, not the sheet")
+        << "QLabel { font: bold 12px; font-size: 14px; padding: 2px }" << 2.0
+        << "QLabel { font: bold 12px; font-size: 14px; padding: 4px }";
+    QTest::newRow("strings, urls and comments are names")
+        << "QLabel { image: url(icons/12px.png); qproperty-text: \"3px\"; /* 5px */ padding: 5px }" << 2.0
+        << "QLabel { image: url(icons/12px.png); qproperty-text: \"3px\"; /* 5px */ padding: 10px }";
+    QTest::newRow("a pixel stays a pixel") << "border-width: 1px; spacing: 0px" << 0.3 << "border-width: 1px; spacing: 0px";
+    QTest::newRow("fractions round") << "padding: 2.5px 3px" << 1.0 / 3 << "padding: 1px 1px";
+    QTest::newRow("other units and names with px in them")
+        << "QLabel#px2px { margin: 2em; width: 30%; border: 2pt solid }" << 2.0
+        << "QLabel#px2px { margin: 2em; width: 30%; border: 2pt solid }";
+    QTest::newRow("factor 1 gives the text as it is") << "padding:4px;/*x*/" << 1.0 << "padding:4px;/*x*/";
+}
+
+void tst_StyleSheets::lengths()
+{
+    QFETCH(QString, sheet);
+    QFETCH(double, factor);
+    QFETCH(QString, expected);
+    QCOMPARE(scaleLengths(sheet, factor), expected);
+}
+
+void tst_StyleSheets::sheetFontsScale_data()
+{
+    QTest::addColumn<QString>("windowSheet");
+    QTest::addColumn<QString>("groupSheet");
+    QTest::addColumn<QString>("labelSheet");
+    QTest::addColumn<double>("designPoints");
+    QTest::newRow("no sheet (as always)") << "" << "" << "" << 0.0;
+    QTest::newRow("the label's own sheet") << "" << "" << "font: 10pt; color: #c00000" << 10.0;
+    QTest::newRow("a rule of the main window's sheet") << "QLabel { font: 10pt; }" << "" << "" << 10.0;
+    QTest::newRow("a container's bare sheet") << "" << "font-size: 11pt" << "" << 11.0;
+    QTest::newRow("a size in pixels") << "" << "" << "font-size: 16px" << 12.0;
+    QTest::newRow("own rule by name, over an inherited one")
+        << "QLabel { font: 9pt; }" << "" << "QLabel#lblName { font-size: 12pt }" << 12.0;
+}
+
+void tst_StyleSheets::sheetFontsScale()
+{
+    QFETCH(QString, windowSheet);
+    QFETCH(QString, groupSheet);
+    QFETCH(QString, labelSheet);
+    QFETCH(double, designPoints);
+    StyledForm f;
+    f.window.setStyleSheet(windowSheet);
+    f.group->setStyleSheet(groupSheet);
+    f.label->setStyleSheet(labelSheet);
+    QVERIFY(f.show());
+    const double design = designPoints > 0 ? designPoints : f.label->font().pointSizeF();
+    VERIFY_DRAWS_AT(f.label, design);
+    const QPalette::ColorRole text = f.label->foregroundRole();
+    const QColor colour = f.label->palette().color(text);
+    const int designInk = inkHeight(f.label);
+
+    f.scaleTo(2.0);
+    QTRY_COMPARE(f.label->geometry(), QRect(40, 80, 240, 48));
+    VERIFY_DRAWS_AT(f.label, 2 * design);
+    // Drawn twice as tall, give or take the hinting of one line of text.
+    QVERIFY2(qAbs(inkHeight(f.label) - 2 * designInk) <= 3,
+             qPrintable(QStringLiteral("ink %1 at design, %2 scaled").arg(designInk).arg(inkHeight(f.label))));
+    // The rest of the sheets still holds.
+    QCOMPARE(f.label->palette().color(text), colour);
+
+    f.scaleTo(1.5);
+    QTRY_COMPARE(f.label->geometry(), QRect(30, 60, 180, 36));
+    VERIFY_DRAWS_AT(f.label, 1.5 * design);
+
+    // Back at the design size: every sheet exactly as written, nothing of
+    // Velmora's left on the label.
+    f.scaleTo(1.0);
+    QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
+    VERIFY_DRAWS_AT(f.label, design);
+    QCOMPARE(f.label->styleSheet(), labelSheet);
+    QCOMPARE(f.group->styleSheet(), groupSheet);
+    QCOMPARE(f.window.styleSheet(), windowSheet);
+    QVERIFY(!f.label->property(velmora::qt::StyleSheets::PinProperty).isValid());
+}
+
+void tst_StyleSheets::exemptFontsStay_data()
+{
+    QTest::addColumn<bool>("scaleFonts");
+    QTest::addColumn<bool>("dontScaleFont");
+    QTest::newRow("ScaleFonts off") << false << false;
+    QTest::newRow("the label's DontScaleFont") << true << true;
+}
+
+void tst_StyleSheets::exemptFontsStay()
+{
+    QFETCH(bool, scaleFonts);
+    QFETCH(bool, dontScaleFont);
+    StyledForm f;
+    f.window.setStyleSheet(QStringLiteral("QLabel, QPushButton { font: 10pt; }"));
+    f.velmora->setScaleFonts(scaleFonts);
+    if (dontScaleFont) {
+        f.velmora->setControlFlagCount(1);
+        f.velmora->setControlFlagControlKey(1, QStringLiteral("lblName"));
+        f.velmora->setControlFlagDontScaleFont(1, true);
+    }
+    QVERIFY(f.show());
+    f.scaleTo(2.0);
+    QTRY_COMPARE(f.label->geometry(), QRect(40, 80, 240, 48));
+    VERIFY_DRAWS_AT(f.label, 10.0);
+    QCOMPARE(f.label->styleSheet(), QString());
+    // The button beside it scales unless fonts are off for the whole form.
+    VERIFY_DRAWS_AT(f.button, scaleFonts ? 20.0 : 10.0);
+}
+
+void tst_StyleSheets::pixelLengthsScale()
+{
+    StyledForm f;
+    const QString windowSheet = QStringLiteral("QPushButton { min-height: 20px; padding: 0px 6px; }");
+    const QString buttonSheet = QStringLiteral("QPushButton#cmdGo { border: 2px solid #1d4e89; min-width: 60px; }");
+    f.window.setStyleSheet(windowSheet);
+    f.button->setStyleSheet(buttonSheet);
+    QVERIFY(f.show());
+    const QSize designHint = f.button->sizeHint();
+    f.scaleTo(2.0);
+    QTRY_COMPARE(f.button->geometry(), QRect(40, 400, 200, 60));
+    QCOMPARE(f.window.styleSheet(), QStringLiteral("QPushButton { min-height: 40px; padding: 0px 12px; }"));
+    QCOMPARE(f.button->styleSheet().section(u'\n', 0, 0),
+             QStringLiteral("QPushButton#cmdGo { border: 4px solid #1d4e89; min-width: 120px; }"));
+    QVERIFY(f.button->sizeHint().width() >= 2 * designHint.width() - 4);
+    QVERIFY(f.button->sizeHint().height() >= 2 * designHint.height() - 4);
+    // A 2px border drawn 4px wide.
+    const QImage drawn = f.button->grab().toImage();
+    const int y = drawn.height() / 2;
+    int border = 0;
+    while (border < drawn.width() && QColor(drawn.pixel(border, y)) == QColor(0x1d, 0x4e, 0x89))
+        ++border;
+    QCOMPARE(border, 4);
+    f.scaleTo(1.0);
+    QTRY_COMPARE(f.button->geometry(), QRect(20, 200, 100, 30));
+    QCOMPARE(f.window.styleSheet(), windowSheet);
+    QCOMPARE(f.button->styleSheet(), buttonSheet);
+}
+
+void tst_StyleSheets::applicationSheetsAreKept()
+{
+    // A sheet the application sets on a scaled form is its sheet from then
+    // on: scaled at the next pass, given back as written at the design size.
+    StyledForm f;
+    f.window.setStyleSheet(QStringLiteral("QLabel { font: 10pt; }"));
+    QVERIFY(f.show());
+    f.scaleTo(2.0);
+    QTRY_VERIFY(drawsAt(f.label, 20.0));
+    const QString mine = QStringLiteral("color: blue; padding: 2px");
+    f.label->setStyleSheet(mine);
+    f.scaleTo(1.5);
+    QTRY_COMPARE(f.label->geometry(), QRect(30, 60, 180, 36));
+    VERIFY_DRAWS_AT(f.label, 15.0);
+    QVERIFY(f.label->styleSheet().contains(QLatin1String("color: blue; padding: 2px")));
+    f.scaleTo(1.0);
+    QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
+    QCOMPARE(f.label->styleSheet(), mine);
+    VERIFY_DRAWS_AT(f.label, 10.0);
+}
+
+QTEST_MAIN(tst_StyleSheets)
+#include "tst_stylesheets.moc"
