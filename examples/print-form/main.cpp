@@ -2,7 +2,7 @@
 //
 // The form is laid out for the page by its VelmoraControl (PrintSize), drawn
 // into a PDF, and put back as it was. Usage: print-form [OUT.pdf]
-#include "control/VelmoraControl.h"
+#include <VelmoraControl>
 
 #include <QApplication>
 #include <QLabel>

@@ -1,6 +1,7 @@
 # Installs the build into a temporary prefix, then configures, builds and
-# runs the consumer against that prefix alone.
-#   cmake -DBUILD_DIR=... -DWORK_DIR=... -DSOURCE_DIR=... -DGENERATOR=... -P RunConsumer.cmake
+# runs the consumer, and the uic example as a project of its own, against
+# that prefix alone.
+#   cmake -DBUILD_DIR=... -DWORK_DIR=... -DSOURCE_DIR=... -DEXAMPLE_DIR=... -DGENERATOR=... -P RunConsumer.cmake
 file(REMOVE_RECURSE "${WORK_DIR}")
 set(prefix "${WORK_DIR}/prefix")
 
@@ -27,3 +28,13 @@ file(GLOB plugins LIST_DIRECTORIES true "${prefix}/lib/*/qt6/plugins")
 run("run the consumer" "${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen "QT_PLUGIN_PATH=${plugins}"
     "${WORK_DIR}/build/consumer" "${prefix}")
 message("${last_output}")
+
+# A form from Designer, through uic, against the installed headers.
+run("configure the uic example" "${CMAKE_COMMAND}" -S "${EXAMPLE_DIR}" -B "${WORK_DIR}/example" -G "${GENERATOR}"
+    "-DCMAKE_PREFIX_PATH=${prefix}" -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF)
+run("build the uic example" "${CMAKE_COMMAND}" --build "${WORK_DIR}/example")
+run("run the uic example" "${CMAKE_COMMAND}" -E env QT_QPA_PLATFORM=offscreen
+    "${WORK_DIR}/example/uic-form" --grab 960x640 "${WORK_DIR}/example/form.png")
+if(NOT last_output MATCHES "cmdOK 860 600 80 28")
+    message(FATAL_ERROR "the uic example did not scale as built in the tree:\n${last_output}")
+endif()

@@ -38,8 +38,54 @@ double inked(const QImage &page, double top, double bottom)
 class tst_Examples : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void formsScale_data();
+    void formsScale();
     void printFormWritesOneA4Page();
 };
+
+void tst_Examples::formsScale_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QSize>("window");
+    QTest::addColumn<QString>("widget");
+    QTest::addColumn<QRect>("expected"); // in its parent
+    const QString uic = QStringLiteral(EXAMPLES_DIR "/uic-form/uic-form");
+    const QString code = QStringLiteral(EXAMPLES_DIR "/code-form/code-form");
+    const QString mdi = QStringLiteral(EXAMPLES_DIR "/mdi-app/mdi-app");
+    const QString styled = QStringLiteral(EXAMPLES_DIR "/styled-form/styled-form");
+    // 480 x 320 at design.
+    QTest::newRow("uic: a field, twice as large") << uic << QSize(960, 640) << "txtCustomer" << QRect(260, 144, 660, 48);
+    QTest::newRow("uic: OK keeps its size and corner") << uic << QSize(960, 640) << "cmdOK" << QRect(860, 600, 80, 28);
+    // 360 x 200 at design.
+    QTest::newRow("code: a field, 1.5 times") << code << QSize(540, 300) << "txtUser" << QRect(165, 45, 255, 36);
+    QTest::newRow("code: the logo keeps its size, top and right margin")
+        << code << QSize(540, 300) << "lblLogo" << QRect(480, 20, 40, 40);
+    // The children open at 400 x 200 (outer); the parent's bars follow it.
+    QTest::newRow("mdi: a child's field") << mdi << QSize(800, 500) << "firstEdit" << QRect(110, 17, 261, 25);
+    QTest::newRow("mdi: the parent's toolbar") << mdi << QSize(1200, 750) << "tbrTools" << QRect(0, 0, 1200, 36);
+    // 340 x 200 at design; the sheet's fonts and lengths follow.
+    QTest::newRow("styled: the button") << styled << QSize(680, 400) << "cmdClose" << QRect(440, 300, 200, 64);
+}
+
+void tst_Examples::formsScale()
+{
+    QFETCH(QString, program);
+    QFETCH(QSize, window);
+    QFETCH(QString, widget);
+    QFETCH(QRect, expected);
+    QTemporaryDir dir;
+    const QString shot = dir.filePath(QStringLiteral("window.png"));
+    const Run example = run(program, {"--grab", QStringLiteral("%1x%2").arg(window.width()).arg(window.height()), shot});
+    QCOMPARE(example.exitCode, 0);
+    QCOMPARE(QImage(shot).size(), window);
+    QRect placed;
+    for (const QString &line : example.out.split(u'\n')) {
+        const QStringList f = line.split(u' ');
+        if (f.size() == 5 && f.at(0) == widget)
+            placed = QRect(f.at(1).toInt(), f.at(2).toInt(), f.at(3).toInt(), f.at(4).toInt());
+    }
+    QCOMPARE(placed, expected);
+}
 
 void tst_Examples::printFormWritesOneA4Page()
 {
