@@ -133,6 +133,13 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     const int rounds = argc > 1 ? std::max(3, atoi(argv[1])) : 21;
+    // bench_resize ROUNDS big: the 1000-widget form alone (for callgrind).
+    if (argc > 2 && QByteArray(argv[2]) == "big") {
+        auto big = bigForm(false);
+        const Timing b = measure(big.get(), big.get(), rounds);
+        std::printf("1000-widget form     %7d  %9.2f  %15.2f\n", 1001, b.passMs, b.paintMs);
+        return 0;
+    }
 
     PreviewSession sample;
     QString error;

@@ -61,6 +61,10 @@ const Entry HelpTexts[] = {
     {"ResizeDone", "Event fired when Velmora has completed it's resizing of the constituent controls."},
     {"Error", "Returns information about non-critical errors."},
     {"PrintCancelled", "This event is fired when the Cancel button is pressed on the \"Printing.....\" Dialog Box."},
+    // Velmora's own additions.
+    {"KeepOnScreen", "If True, a window restored off every screen is brought back onto the nearest one."},
+    {"PropertyChanged", "Fired with a setting's name when the setting changes."},
+    {"settingsChanged", "Fired when any setting changes."},
 };
 
 } // namespace

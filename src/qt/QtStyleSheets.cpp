@@ -219,7 +219,8 @@ QString StyleSheets::scaleLengths(const QString &sheet, double factor)
 void StyleSheets::followFont(QWidget *widget, const QFont &font)
 {
     const double wanted = QtFont::pointSize(font);
-    SheetState *s = stateOf(widget, false);
+    // No pinned or scaled sheet in the process: nothing to look up.
+    SheetState *s = states().isEmpty() ? nullptr : stateOf(widget, false);
     if (!s) {
         // The common case: the size took.
         if (samePoints(QtFont::pointSize(widget->font()), wanted))

@@ -135,6 +135,7 @@ void tst_PublicSurface::helpTexts_data()
         {"ResizeDone", "Event fired when Velmora has completed it's resizing of the constituent controls."},
         {"Error", "Returns information about non-critical errors."},
         {"PrintCancelled", "This event is fired when the Cancel button is pressed on the \"Printing.....\" Dialog Box."},
+        {"KeepOnScreen", "If True, a window restored off every screen is brought back onto the nearest one."},
         {"NoSuchMember", ""},
     };
     for (const auto &row : table)

@@ -6,6 +6,7 @@
 #include "UiSettingsFile.h"
 #include "pages/VelmoraPropertyDialog.h"
 #include "PreviewSession.h"
+#include "Reference.h"
 
 #include "control/VelmoraControl.h"
 
@@ -147,6 +148,10 @@ int main(int argc, char **argv)
     if ((wantsHeadless(argc, argv) || wantsHelp(argc, argv)) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Without one Qt would abort with a page about plugins.
+    // The reference needs no display.
+    const bool reference = argc == 2 && qstrcmp(argv[1], "--reference") == 0;
+    if (reference && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY")
         && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) {
         std::fprintf(stderr, "velmora-preview: no display to show the form on (DISPLAY is not set); render it "
@@ -155,6 +160,10 @@ int main(int argc, char **argv)
     }
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("velmora-preview"));
+    if (reference) {
+        std::fputs(qPrintable(velmoraReference()), stdout);
+        return 0;
+    }
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -194,8 +203,11 @@ int main(int argc, char **argv)
     QCommandLineOption settingsOption(QStringLiteral("settings"),
                                       QStringLiteral("Edit the settings of the form's VelmoraControl on its pages; "
                                                      "OK writes them into FORM.ui."));
+    QCommandLineOption referenceOption(QStringLiteral("reference"),
+                                       QStringLiteral("Print VelmoraControl's members as a Markdown reference "
+                                                      "(alone; no display needed)."));
     parser.addOptions({sizeOption, shotOption, reportOption, mdiOption, propertyOption, grabOption, grabAfterOption,
-                       setOption, settingsOption});
+                       setOption, settingsOption, referenceOption});
     parser.process(app);
 
     QList<QSize> sizes;
