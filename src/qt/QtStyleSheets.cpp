@@ -2,8 +2,8 @@
 
 #include "qt/QtFont.h"
 
-#include <QApplication>
 #include <QHash>
+#include <QSet>
 #include <QMdiSubWindow>
 #include <QRegularExpression>
 #include <QWidget>
@@ -36,7 +36,15 @@ SheetState *stateOf(QWidget *w, bool create)
         if (!create)
             return nullptr;
         it = table.insert(w, SheetState{w->styleSheet(), w->styleSheet(), 1.0, std::nullopt});
-        QObject::connect(w, &QObject::destroyed, [w] { states().remove(w); });
+        // Once per widget, however often its state comes and goes.
+        static QSet<const QWidget *> watched;
+        if (!watched.contains(w)) {
+            watched.insert(w);
+            QObject::connect(w, &QObject::destroyed, [w] {
+                watched.remove(w);
+                states().remove(w);
+            });
+        }
     } else if (w->styleSheet() != it->applied) {
         // The application set a sheet of its own since: that is the
         // original now.
