@@ -15,8 +15,6 @@
 #include <QStatusBar>
 #include <QToolBar>
 
-#include <utility>
-
 namespace {
 
 // A child form, built at 300 x 160 pixels.
@@ -57,13 +55,8 @@ int main(int argc, char **argv)
     window.statusBar()->setObjectName(QStringLiteral("staStatus"));
     window.statusBar()->showMessage(QStringLiteral("Ready"));
     new VelmoraControl(&window); // the MDI parent's own
-    // A form without a layout gives its subwindow no size of its own: the
-    // subwindow takes the form's, with its frame around it.
-    for (const auto &[name, at] : {std::pair{"first", QPoint(10, 10)}, std::pair{"second", QPoint(220, 120)}}) {
-        QWidget *form = noteForm(QLatin1String(name));
-        QMdiSubWindow *sub = area->addSubWindow(form);
-        sub->setGeometry(QRect(at, form->size() + QSize(8, 30)));
-    }
+    area->addSubWindow(noteForm(QStringLiteral("first")))->move(10, 10);
+    area->addSubWindow(noteForm(QStringLiteral("second")))->move(220, 120);
     window.resize(800, 500);
     window.show();
     return runExample(app, &window);

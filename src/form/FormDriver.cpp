@@ -15,6 +15,7 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QScreen>
 #include <QEvent>
 #include <QWindowStateChangeEvent>
@@ -84,6 +85,7 @@ void FormDriver::bind(QWidget *form)
     m_placedFrame = QRect();
     m_form = form;
     m_hostForm = form ? qt::QtForm::create(form) : nullptr;
+    m_builtSize = form && !form->isVisible() && form->testAttribute(Qt::WA_Resized) ? form->size() : QSize();
     Loaded = false;
     SettingUp = false;
     m_passPending = m_resetPending = false;
@@ -232,8 +234,28 @@ void FormDriver::takeDesignSizeIfUnknown()
     e.DesignFormScaleHeight = getSingle(f, "ScaleHeight").value_or(0);
 }
 
+void FormDriver::restoreBuiltSize()
+{
+    // A form built at a size of its own, without a layout, and put in an
+    // MDI subwindow that nobody sized shows in a sliver of it (the
+    // subwindow knows no size for such a form): give the form back the size
+    // it was built at before that becomes its design size.
+    if (!m_builtSize.isValid() || DesignSizeGiven || !m_form)
+        return;
+    auto *sub = qobject_cast<QMdiSubWindow *>(m_form->parentWidget());
+    const QSize now = m_form->size();
+    // A subwindow the application sized keeps its size; one still at the
+    // size Qt gave it from its hint (a title bar's worth) was never sized.
+    if (!sub || sub->widget() != m_form || sub->size() != sub->sizeHint()
+        || (now.width() >= m_builtSize.width() && now.height() >= m_builtSize.height()))
+        return;
+    sub->resize(sub->size() + (m_builtSize - now).expandedTo(QSize(0, 0)));
+    m_form->resize(m_form->size().expandedTo(m_builtSize));
+}
+
 void FormDriver::FormLoaded()
 {
+    restoreBuiltSize();
     takeDesignSizeIfUnknown();
     Loaded = true;
     WindowPlacement::applyStayOnTop(m_hostForm.get(), placement.StayOnTop);

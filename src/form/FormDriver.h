@@ -115,6 +115,7 @@ private:
     void applyLimits();
     void bringOnScreen();
     void takeDesignSizeIfUnknown();
+    void restoreBuiltSize();
     void delayedResize();
     bool minimised() const;
     // Minimised, or shrunk to nothing: no layout to take or to scale from.
@@ -128,6 +129,7 @@ private:
 
     ResizeEngine &m_engine;
     QPointer<QWidget> m_form;
+    QSize m_builtSize; // the form's size before anything showed it
     QPointer<QWidget> m_window; // where the form's window-state changes arrive
     QPointer<QWidget> m_mdiArea; // an MDI parent's inner part
     std::shared_ptr<qt::QtForm> m_hostForm;

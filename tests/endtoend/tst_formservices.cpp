@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPushButton>
 #include <QScreen>
 #include <QWindow>
 #include <QSettings>
@@ -70,6 +71,8 @@ private Q_SLOTS:
     void firstPlacement_data();
     void firstPlacement();
     void mdiChildPlacement();
+    void mdiChildKeepsItsBuiltSize_data();
+    void mdiChildKeepsItsBuiltSize();
     void stayOnTopKeepsTheWindow();
     void sizeLimitHooksChain();
     void keepOnScreen_data();
@@ -503,6 +506,58 @@ void tst_FormServices::mdiChildPlacement()
     QCOMPARE(sub->frameGeometry().size(), QSize(450, 300));
     QVERIFY2(qAbs(sub->geometry().center().x() - area.viewport()->width() / 2) <= 1,
              qPrintable(QString::number(sub->x())));
+}
+
+void tst_FormServices::mdiChildKeepsItsBuiltSize_data()
+{
+    QTest::addColumn<QSize>("subwindow"); // as the application sized it; empty: never sized
+    QTest::addColumn<QSize>("mdiChild");  // MdiChildWidth x MdiChildHeight in pixels; empty: none
+    QTest::addColumn<QSize>("design");    // the form's design size
+    // An MDI subwindow knows no size for a form without a layout: unsized,
+    // it would show a title bar's worth of it, and that would be the design.
+    QTest::newRow("never sized: the size it was built at") << QSize() << QSize() << QSize(300, 160);
+    QTest::newRow("never sized, with an MDI child size") << QSize() << QSize(450, 300) << QSize(300, 160);
+    QTest::newRow("sized by the application: that size") << QSize(208, 110) << QSize() << QSize();
+}
+
+void tst_FormServices::mdiChildKeepsItsBuiltSize()
+{
+    QFETCH(QSize, subwindow);
+    QFETCH(QSize, mdiChild);
+    QFETCH(QSize, design);
+    QMdiArea area;
+    area.resize(800, 600);
+    area.show();
+    auto *child = new QWidget;
+    child->resize(300, 160);
+    auto *ok = new QPushButton(QStringLiteral("OK"), child);
+    ok->setGeometry(200, 120, 80, 24);
+    auto *velmora = new VelmoraControl(child);
+    velmora->setResizeOnMouseUp(false);
+    if (mdiChild.isValid()) {
+        velmora->setMdiChildWidth(mdiChild.width() * 15);
+        velmora->setMdiChildHeight(mdiChild.height() * 15);
+    }
+    QMdiSubWindow *sub = area.addSubWindow(child);
+    if (subwindow.isValid())
+        sub->resize(subwindow);
+    sub->show();
+    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));
+    QCoreApplication::processEvents();
+    if (subwindow.isValid()) {
+        QCOMPARE(sub->size(), subwindow);
+        QCOMPARE(ok->geometry(), QRect(200, 120, 80, 24)); // the form as shown is the design
+        return;
+    }
+    if (mdiChild.isValid())
+        QCOMPARE(sub->frameGeometry().size(), mdiChild);
+    else
+        QCOMPARE(child->size(), design);
+    QCOMPARE(velmora->DesignFormScaleWidth(), design.width() * 15.0);
+    QCOMPARE(velmora->DesignFormScaleHeight(), design.height() * 15.0);
+    // Placed by the form's share of its design.
+    const double fx = child->width() / 300.0, fy = child->height() / 160.0;
+    QCOMPARE(ok->geometry(), QRect(qRound(200 * fx), qRound(120 * fy), qRound(80 * fx), qRound(24 * fy)));
 }
 
 void tst_FormServices::stayOnTopKeepsTheWindow()

@@ -61,7 +61,7 @@ void tst_Examples::formsScale_data()
     QTest::newRow("code: the logo keeps its size, top and right margin")
         << code << QSize(540, 300) << "lblLogo" << QRect(480, 20, 40, 40);
     // The children open at 400 x 200 (outer); the parent's bars follow it.
-    QTest::newRow("mdi: a child's field") << mdi << QSize(800, 500) << "firstEdit" << QRect(110, 17, 261, 25);
+    QTest::newRow("mdi: a child's field") << mdi << QSize(800, 500) << "firstEdit" << QRect(110, 17, 261, 26);
     QTest::newRow("mdi: the parent's toolbar") << mdi << QSize(1200, 750) << "tbrTools" << QRect(0, 0, 1200, 36);
     // 340 x 200 at design; the sheet's fonts and lengths follow.
     QTest::newRow("styled: the button") << styled << QSize(680, 400) << "cmdClose" << QRect(440, 300, 200, 64);
