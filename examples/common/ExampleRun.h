@@ -10,8 +10,8 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 
 inline int runExample(QApplication &app, QWidget *window)

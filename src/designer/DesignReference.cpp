@@ -17,7 +17,6 @@ void DesignReference::install(QDesignerFormEditorInterface *core)
 
 DesignReference::DesignReference(QDesignerFormEditorInterface *core)
     : QObject(core)
-    , m_core(core)
 {
     QDesignerFormWindowManagerInterface *manager = core->formWindowManager();
     for (int i = 0; i < manager->formWindowCount(); ++i)

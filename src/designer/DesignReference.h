@@ -23,8 +23,6 @@ public:
 private:
     explicit DesignReference(QDesignerFormEditorInterface *core);
     void watch(QDesignerFormWindowInterface *form);
-
-    QDesignerFormEditorInterface *m_core;
 };
 
 } // namespace velmora::designer

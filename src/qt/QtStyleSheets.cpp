@@ -175,9 +175,7 @@ QString StyleSheets::scaleLengths(const QString &sheet, double factor)
     // Declarations are inside braces, or the whole sheet when it has none
     // (a widget's own sheet may be a bare list of declarations). Lengths
     // scale in the values of declarations other than font and font-size.
-    bool braces = false;
-    for (const Piece &p : pieces)
-        braces = braces || (!p.verbatim && p.text.contains(u'{'));
+    const bool braces = !isBare(sheet);
     QString out;
     int depth = 0;
     QString property; // of the declaration being read
