@@ -13,6 +13,8 @@
 #include <QMessageBox>
 #include <QPainter>
 
+#include <cmath>
+
 using velmora::HostObjectPtr;
 using velmora::qt::QtPicture;
 
@@ -384,10 +386,35 @@ void VelmoraControl::setGradientColour(int colour)
 
 namespace {
 
+// An enumeration setting takes the constants of its enumeration only.
+bool acceptsEffect(const char *property, int value)
+{
+    if (velmora::settings::isEffectValue(property, value))
+        return true;
+    qWarning("VelmoraControl::set%s: %d names no constant of its enumeration; nothing changed", property, value);
+    return false;
+}
+
+// An effect lasts 0 to 10 s, held to the millisecond; a time that is no
+// number of seconds at all is refused.
+bool effectTime(const char *property, double &seconds)
+{
+    if (!std::isfinite(seconds)) {
+        qWarning("VelmoraControl::set%s: %g is no duration; nothing changed", property, seconds);
+        return false;
+    }
+    const double held = velmora::settings::effectSeconds(seconds);
+    if (seconds < 0 || seconds > velmora::settings::MaxEffectSeconds)
+        qWarning("VelmoraControl::set%s: %g s is outside 0 to %g s; %g s is used", property, seconds,
+                 velmora::settings::MaxEffectSeconds, held);
+    seconds = held;
+    return true;
+}
+
 // Below 1 is no limit; a ready form applies a new one at once.
 void setLimit(VelmoraControlPrivate &d, int velmora::FormDriver::*field, int twips)
 {
-    d.driver.*field = twips < 1 ? 0 : twips;
+    d.driver.*field = velmora::settings::sizeLimit(twips);
     if (d.engine.FormReady)
         d.driver.FormResized();
 }
@@ -409,6 +436,8 @@ void place(VelmoraControlPrivate &d, Apply apply)
 VelmoraControl::FormOpenEffects VelmoraControl::FormOpen() const { return FormOpenEffects(d->driver.FormOpen); }
 void VelmoraControl::setFormOpen(FormOpenEffects effect)
 {
+    if (!acceptsEffect("FormOpen", int(effect)))
+        return;
     const auto before = FormOpen();
     d->driver.FormOpen = effect;
     if (FormOpen() != before)
@@ -417,6 +446,8 @@ void VelmoraControl::setFormOpen(FormOpenEffects effect)
 double VelmoraControl::FormOpenTime() const { return d->driver.FormOpenTime; }
 void VelmoraControl::setFormOpenTime(double seconds)
 {
+    if (!effectTime("FormOpenTime", seconds))
+        return;
     const auto before = FormOpenTime();
     d->driver.FormOpenTime = seconds;
     if (FormOpenTime() != before)
@@ -425,6 +456,8 @@ void VelmoraControl::setFormOpenTime(double seconds)
 VelmoraControl::FormCloseEffects VelmoraControl::FormClose() const { return FormCloseEffects(d->driver.FormClose); }
 void VelmoraControl::setFormClose(FormCloseEffects effect)
 {
+    if (!acceptsEffect("FormClose", int(effect)))
+        return;
     const auto before = FormClose();
     d->driver.FormClose = effect;
     if (FormClose() != before)
@@ -433,6 +466,8 @@ void VelmoraControl::setFormClose(FormCloseEffects effect)
 double VelmoraControl::FormCloseTime() const { return d->driver.FormCloseTime; }
 void VelmoraControl::setFormCloseTime(double seconds)
 {
+    if (!effectTime("FormCloseTime", seconds))
+        return;
     const auto before = FormCloseTime();
     d->driver.FormCloseTime = seconds;
     if (FormCloseTime() != before)
@@ -462,6 +497,8 @@ void VelmoraControl::setScaleX(int percent)
 {
     const auto before = ScaleX();
     d->driver.placement.ScaleX = velmora::WindowPlacement::clampPercent(percent);
+    if (ScaleX() != percent)
+        qWarning("VelmoraControl::setScaleX: %d is no percentage; %d is used", percent, ScaleX());
     place(*d, [&](velmora::qt::QtForm &f) {
         d->driver.placement.applyInitialSize(f);
         d->driver.placement.applyCenterX(f);
@@ -474,6 +511,8 @@ void VelmoraControl::setScaleY(int percent)
 {
     const auto before = ScaleY();
     d->driver.placement.ScaleY = velmora::WindowPlacement::clampPercent(percent);
+    if (ScaleY() != percent)
+        qWarning("VelmoraControl::setScaleY: %d is no percentage; %d is used", percent, ScaleY());
     place(*d, [&](velmora::qt::QtForm &f) {
         d->driver.placement.applyInitialSize(f);
         d->driver.placement.applyCenterY(f);
@@ -594,6 +633,8 @@ VelmoraControl::FormPictureEffects VelmoraControl::FormPicture() const
 
 void VelmoraControl::setFormPicture(FormPictureEffects mode)
 {
+    if (!acceptsEffect("FormPicture", int(mode)))
+        return;
     const auto before = FormPicture();
     d->engine.FormPicture = mode;
     if (FormPicture() != before)

@@ -67,15 +67,36 @@ class VELMORA_EXPORT VelmoraControl : public QWidget {
                    DESIGNABLE false)
 
 public:
-    enum FormPictureEffects { FpNone = 0, FpFit = 1, FpCenter = 2, FpTile = 3 };
+    // 32-bit, as they were always published: a value from a file or a
+    // script that names no constant is a value of the type all the same,
+    // and the setters refuse it.
+    enum FormPictureEffects : int { FpNone = 0, FpFit = 1, FpCenter = 2, FpTile = 3 };
     Q_ENUM(FormPictureEffects)
-    enum FormOpenEffects { FoNone = 0, FoWipeLeft, FoWipeRight, FoWipeUp, FoWipeDown, FoWipeVertical, FoWipeHorizontal, FoFold };
+    enum FormOpenEffects : int { FoNone = 0, FoWipeLeft, FoWipeRight, FoWipeUp, FoWipeDown, FoWipeVertical, FoWipeHorizontal, FoFold };
     Q_ENUM(FormOpenEffects)
-    enum FormCloseEffects { FcNone = 0, FcWipeLeft, FcWipeRight, FcWipeUp, FcWipeDown, FcWipeVertical, FcWipeHorizontal, FcFold };
+    enum FormCloseEffects : int { FcNone = 0, FcWipeLeft, FcWipeRight, FcWipeUp, FcWipeDown, FcWipeVertical, FcWipeHorizontal, FcFold };
     Q_ENUM(FormCloseEffects)
     // Published with the others; no member takes or returns it.
-    enum FormStates { fsNone = 0, fsLocked = 1, fsEnabled = 2 };
+    enum FormStates : int { fsNone = 0, fsLocked = 1, fsEnabled = 2 };
     Q_ENUM(FormStates)
+
+    // What one control of the form is exempt from: the ten switches of its
+    // entry in the per-control options.
+    enum Option : int {
+        NoOptions = 0,
+        DontScaleControl = 0x001, // kept with the others; the pass scales such a control all the same
+        DontScaleFont = 0x002,
+        DontScaleBorder = 0x004,
+        DontScaleGraphic = 0x008,
+        DontScaleLeft = 0x010,
+        DontScaleTop = 0x020,
+        DontScaleWidth = 0x040,
+        DontScaleHeight = 0x080,
+        DontScaleRight = 0x100, // keeps its distance to the container's right edge
+        DontScaleBottom = 0x200, // keeps its distance to the container's bottom edge
+    };
+    Q_DECLARE_FLAGS(Options, Option)
+    Q_FLAG(Options)
 
     // The help text of a property, method or signal by name, as the
     // property pages and Designer show it; empty for a member without one.
@@ -241,6 +262,9 @@ public:
     // holds nothing). An index out of range reads false or empty, sets
     // nothing, warns, and says so through `ok`. A change reaches the resize
     // pass's switches for that control key at once.
+    //
+    // The count is 0 to 32767 (what a saved form holds); another is refused
+    // with a warning and changes nothing.
     int ControlFlagCount() const;
     void setControlFlagCount(int count);
     bool ControlFlagDontScaleControl(int index, bool *ok = nullptr) const;
@@ -266,6 +290,19 @@ public:
     QString ControlFlagControlKey(int index, bool *ok = nullptr) const;
     void setControlFlagControlKey(int index, const QString &key, bool *ok = nullptr);
 
+    // The same options by widget rather than by index: what `control`, a
+    // widget of the form, is exempt from. Setting them writes its entry
+    // (the last one under its key), adding one at the end when it has none;
+    // the indexed arrays above stay the saved form of it all. A widget that
+    // is no control of the form reads NoOptions and is refused with a
+    // warning.
+    Options options(QWidget *control) const;
+    void setOptions(QWidget *control, Options options);
+    // The entry that holds the options of the control filed under `key`
+    // (its objectName, with "(Index)" for an element of a control array):
+    // the last entry naming it, or 0 when none does.
+    int entryOf(const QString &key) const;
+
     void setVisible(bool visible) override;
 
 Q_SIGNALS:
@@ -290,3 +327,5 @@ private:
     // until the pass has unwound.
     std::shared_ptr<VelmoraControlPrivate> d;
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(VelmoraControl::Options)

@@ -14,6 +14,24 @@
 
 class QPainter;
 
+// What a setting may hold, the same for its setter, the saved settings and
+// the pages: a value outside is brought into range (or refused) the same
+// way whichever route it comes by.
+namespace velmora::settings {
+// The effects page's range; held to the millisecond (the effects' own
+// resolution), so that a time reads back exactly from any saved form.
+constexpr double MaxEffectSeconds = 10;
+double effectSeconds(double seconds); // finite only
+// Below 1 twip a size limit is no limit.
+inline int sizeLimit(int twips) { return twips < 1 ? 0 : twips; }
+// Whether `value` names a constant of the property's enumeration.
+bool isEffectValue(const char *property, int value);
+// Text a .ui file carries exactly through both uic and QUiLoader: no
+// control character but tab and line feed (XML 1.0 holds no other C0
+// control; uic drops carriage returns), no noncharacter, no lone surrogate.
+bool isUiText(const QString &text, QString *why = nullptr);
+} // namespace velmora::settings
+
 class VelmoraControlPrivate : public std::enable_shared_from_this<VelmoraControlPrivate> {
 public:
     explicit VelmoraControlPrivate(VelmoraControl *q);
@@ -34,13 +52,25 @@ public:
     void changed(const char *name);
 
     // The per-control options: the arrays the bag keeps, and the records
-    // of the resize pass made to follow them.
+    // of the resize pass made to follow them. Every change to the table
+    // goes through these, so that no record outlives its entry.
     velmora::ControlFlagTable flagTable;
-    void applyFlagEntry(int index);
+    // The record under `key` takes the switches of the entry that now
+    // speaks for the key, or none when no entry names it.
+    void refreshRecord(const std::string &key);
+    void refreshAllRecords();
+    bool setFlagCount(int count, const char *member);
+    void setFlagKey(int index, const std::string &key);
     void readFlagEntry(int index, const QVariantMap &bag);
+    // The saved name of entry `index` of one array: f is a
+    // ControlFlagTable::Flag, or -1 for the keys ("ControlFlagControlKey3").
+    static QString indexedKey(int f, int index);
     bool flagIndexOk(const char *member, int index, bool *ok) const;
     bool flag(int f, int index, bool *ok) const;
     void setFlag(int f, int index, bool on, bool *ok);
+    // The key the resize pass files `w` under, or empty when `w` is no
+    // control of the form.
+    std::string keyOf(QWidget *w) const;
     // The indexed keys kept on the component as dynamic properties (as a
     // form loaded from a .ui gives them, and as a form builder saves them).
     QVariantMap dynamicFlagBag() const;

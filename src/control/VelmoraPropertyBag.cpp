@@ -1,7 +1,6 @@
 // VelmoraControl's saved settings: the property bag (what a form's saved
-// description holds for the component) and the per-control options, kept
-// as eleven parallel arrays that the bag stores and as the records the
-// resize pass reads.
+// description holds for the component), and what each setting may hold
+// whichever route it comes by.
 #include "control/VelmoraControl.h"
 
 #include "control/VelmoraControl_p.h"
@@ -10,8 +9,8 @@
 
 #include <QMainWindow>
 
-#include <QDynamicPropertyChangeEvent>
-#include <QRegularExpression>
+#include <QMetaEnum>
+#include <QMetaProperty>
 
 #include <cmath>
 #include <limits>
@@ -19,15 +18,6 @@
 using velmora::ControlFlagTable;
 
 namespace {
-
-const char *const KeyBase = "ControlFlagControlKey";
-
-// The base names of the indexed keys in their saved order: the control key,
-// then the ten switches.
-QString flagBase(ControlFlagTable::Flag f)
-{
-    return QStringLiteral("ControlFlag") + QLatin1String(ControlFlagTable::flagName(f));
-}
 
 // Values of a bag as the host's typed store gives them: anything of another
 // type, or out of the member's range, is unusable and reads as the default.
@@ -88,7 +78,7 @@ qint64 wholeOf(const QVariant &v, qint64 fallback, qint64 lowest, qint64 highest
     return ok && n >= lowest && n <= highest ? n : fallback;
 }
 
-float singleOf(const QVariant &v, float fallback)
+double doubleOf(const QVariant &v, double fallback)
 {
     bool ok = false;
     double d = 0;
@@ -106,7 +96,14 @@ float singleOf(const QVariant &v, float fallback)
     default:
         break;
     }
-    return ok && std::isfinite(d) && std::abs(d) <= double(std::numeric_limits<float>::max()) ? float(d) : fallback;
+    return ok && std::isfinite(d) ? d : fallback;
+}
+
+// The design sizes are Singles.
+float singleOf(const QVariant &v, float fallback)
+{
+    const double d = doubleOf(v, fallback);
+    return std::abs(d) <= double(std::numeric_limits<float>::max()) ? float(d) : fallback;
 }
 
 QString textOf(const QVariant &v, const QString &fallback)
@@ -120,69 +117,55 @@ constexpr qint64 Int32Min = std::numeric_limits<qint32>::min(), Int32Max = std::
 
 } // namespace
 
-void VelmoraControlPrivate::applyFlagEntry(int index)
+namespace velmora::settings {
+
+double effectSeconds(double seconds)
 {
-    // The record the pass reads follows the entry, whatever its key.
-    if (index < 1 || index > flagTable.count())
-        return;
-    const std::string &key = flagTable.controlKey(index);
-    velmora::ControlFlags &record = engine.store().ensureFlags(key);
-    record.ControlKey = key;
-    flagTable.applyTo(index, record);
+    const double s = seconds < 0 ? 0 : seconds > MaxEffectSeconds ? MaxEffectSeconds : seconds;
+    return std::round(s * 1000) / 1000;
 }
+
+bool isEffectValue(const char *property, int value)
+{
+    const QMetaObject &mo = VelmoraControl::staticMetaObject;
+    const QMetaProperty p = mo.property(mo.indexOfProperty(property));
+    return p.isEnumType() && p.enumerator().valueToKey(value) != nullptr;
+}
+
+bool isUiText(const QString &text, QString *why)
+{
+    const auto hex = [](char16_t c) { return QString::number(c, 16).rightJustified(4, QLatin1Char('0')).toUpper(); };
+    const auto refuse = [&](const QString &reason) {
+        if (why)
+            *why = reason;
+        return false;
+    };
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if (c == u'\r')
+            return refuse(QStringLiteral("a carriage return (uic drops it)"));
+        if (c < 0x20 && c != u'\t' && c != u'\n')
+            return refuse(QStringLiteral("the control character U+%1, which XML 1.0 cannot hold").arg(hex(c)));
+        if (c == 0xFFFE || c == 0xFFFF)
+            return refuse(QStringLiteral("the noncharacter U+%1").arg(hex(c)));
+        if (QChar::isHighSurrogate(c) && i + 1 < text.size() && QChar::isLowSurrogate(text[i + 1].unicode())) {
+            ++i;
+            continue;
+        }
+        if (QChar::isSurrogate(c))
+            return refuse(QStringLiteral("half of a surrogate pair"));
+    }
+    return true;
+}
+
+} // namespace velmora::settings
 
 void VelmoraControlPrivate::readFlagEntry(int index, const QVariantMap &bag)
 {
-    const QString n = QString::number(index);
-    flagTable.setControlKey(index, textOf(bag.value(QLatin1String(KeyBase) + n), QString()).toStdString());
-    for (int f = 0; f < ControlFlagTable::FlagCount; ++f) {
-        const auto flag = ControlFlagTable::Flag(f);
-        flagTable.setFlag(flag, index, boolOf(bag.value(flagBase(flag) + n), false));
-    }
-    applyFlagEntry(index);
-}
-
-QVariantMap VelmoraControlPrivate::dynamicFlagBag() const
-{
-    QVariantMap bag;
-    for (const QByteArray &name : q->dynamicPropertyNames())
-        if (name.startsWith("ControlFlag"))
-            bag.insert(QString::fromLatin1(name), q->property(name.constData()));
-    return bag;
-}
-
-void VelmoraControlPrivate::mirrorFlag(const QString &key, const QVariant &value, bool isDefault)
-{
-    // Kept as a dynamic property of the same name, so that a form saved by
-    // a form builder carries it; a default is left out, as in any bag.
-    syncingDynamic = true;
-    q->setProperty(key.toLatin1().constData(), isDefault ? QVariant() : value);
-    syncingDynamic = false;
-}
-
-bool VelmoraControlPrivate::dynamicPropertyChanged(const QByteArray &name)
-{
-    if (syncingDynamic || !name.startsWith("ControlFlag"))
-        return false;
-    static const QRegularExpression indexed(QStringLiteral("^(ControlFlag[A-Za-z]+?)([1-9][0-9]*)$"));
-    const auto m = indexed.match(QString::fromLatin1(name));
-    if (!m.hasMatch())
-        return false;
-    bool ok = false;
-    const int index = m.captured(2).toInt(&ok);
-    // Beyond the count the key is kept on the object and read when the
-    // count grows to it (a form may set the count after its entries).
-    if (!ok || index > flagTable.count())
-        return true;
-    // Only this entry's keys: a form gives its entries one key at a time.
-    QVariantMap entry;
-    const QString n = QString::number(index);
-    for (int f = -1; f < ControlFlagTable::FlagCount; ++f) {
-        const QString key = (f < 0 ? QString::fromLatin1(KeyBase) : flagBase(ControlFlagTable::Flag(f))) + n;
-        entry.insert(key, q->property(key.toLatin1().constData()));
-    }
-    readFlagEntry(index, entry);
-    return true;
+    setFlagKey(index, textOf(bag.value(indexedKey(-1, index)), QString()).toStdString());
+    for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
+        flagTable.setFlag(ControlFlagTable::Flag(f), index, boolOf(bag.value(indexedKey(f, index)), false));
+    refreshRecord(flagTable.controlKey(index));
 }
 
 std::optional<std::array<float, 4>> VelmoraControlPrivate::measuredDesignSizes() const
@@ -207,26 +190,6 @@ std::optional<std::array<float, 4>> VelmoraControlPrivate::measuredDesignSizes()
                                 float(pixelsToUnits(form->height(), mode, Axis::Y))};
 }
 
-void VelmoraControlPrivate::mirrorAllFlags()
-{
-    // The object's indexed keys say what the table holds, nothing more: a
-    // stale one would come back as an entry when the count next grows.
-    syncingDynamic = true;
-    for (const QByteArray &name : q->dynamicPropertyNames())
-        if (name.startsWith("ControlFlag"))
-            q->setProperty(name.constData(), QVariant());
-    syncingDynamic = false;
-    for (int i = 1; i <= flagTable.count(); ++i) {
-        const QString n = QString::number(i);
-        const QString key = QString::fromStdString(flagTable.controlKey(i));
-        mirrorFlag(QLatin1String(KeyBase) + n, key, key.isEmpty());
-        for (int f = 0; f < ControlFlagTable::FlagCount; ++f) {
-            const bool on = flagTable.flag(ControlFlagTable::Flag(f), i);
-            mirrorFlag(flagBase(ControlFlagTable::Flag(f)) + n, on, !on);
-        }
-    }
-}
-
 void VelmoraControl::initProperties()
 {
     auto &e = d->engine;
@@ -243,7 +206,9 @@ void VelmoraControl::initProperties()
     e.FormPicture = FpNone;
     dr.FormOpen = dr.FormClose = 0;
     dr.FormOpenTime = dr.FormCloseTime = 1;
+    dr.KeepOnScreen = false;
     d->flagTable.setCount(0);
+    d->refreshAllRecords();
     d->mirrorAllFlags();
 }
 
@@ -264,18 +229,22 @@ void VelmoraControl::readProperties(const QVariantMap &bag)
     e.GradientFill = b("GradientFill", false);
     dr.GradientColour = std::uint32_t(w("GradientColour", 0xFF0000, Int32Min, std::numeric_limits<quint32>::max()));
     dr.ScaleControls = b("ScaleControls", true);
-    pl.ScaleX = int(w("ScaleX", 0, Int16Min, Int16Max));
-    pl.ScaleY = int(w("ScaleY", 0, Int16Min, Int16Max));
+    pl.ScaleX = velmora::WindowPlacement::clampPercent(int(w("ScaleX", 0, Int16Min, Int16Max)));
+    pl.ScaleY = velmora::WindowPlacement::clampPercent(int(w("ScaleY", 0, Int16Min, Int16Max)));
     pl.StayOnTop = b("StayOnTop", false);
-    dr.MinWidth = int(w("MinWidth", 0, Int32Min, Int32Max));
-    dr.MinHeight = int(w("MinHeight", 0, Int32Min, Int32Max));
-    dr.MaxWidth = int(w("MaxWidth", 0, Int32Min, Int32Max));
-    dr.MaxHeight = int(w("MaxHeight", 0, Int32Min, Int32Max));
+    using velmora::settings::sizeLimit;
+    dr.MinWidth = sizeLimit(int(w("MinWidth", 0, Int32Min, Int32Max)));
+    dr.MinHeight = sizeLimit(int(w("MinHeight", 0, Int32Min, Int32Max)));
+    dr.MaxWidth = sizeLimit(int(w("MaxWidth", 0, Int32Min, Int32Max)));
+    dr.MaxHeight = sizeLimit(int(w("MaxHeight", 0, Int32Min, Int32Max)));
     e.ScaleBorders = b("ScaleBorders", true);
     dr.ResizeOnMouseUp = b("ResizeOnMouseUp", true);
     // A count that is no 16-bit count, or a negative one, is unusable: no
     // entries, rather than millions of empty ones.
-    const int count = int(w("ControlFlagCount", 0, 0, Int16Max));
+    const int count = int(w("ControlFlagCount", 0, 0, ControlFlagTable::MaxCount));
+    // The bag's entries are the saved ones: none read before survives.
+    d->flagTable.setCount(0);
+    d->refreshAllRecords();
     d->flagTable.setCount(count);
     for (int i = 1; i <= count; ++i)
         d->readFlagEntry(i, bag);
@@ -294,8 +263,9 @@ void VelmoraControl::readProperties(const QVariantMap &bag)
     e.FormPicture = int(w("FormPicture", FpNone, FpNone, FpTile));
     dr.FormClose = int(w("FormClose", FcNone, FcNone, FcFold));
     dr.FormOpen = int(w("FormOpen", FoNone, FoNone, FoFold));
-    dr.FormCloseTime = singleOf(bag.value(QStringLiteral("FormCloseTime")), 1);
-    dr.FormOpenTime = singleOf(bag.value(QStringLiteral("FormOpenTime")), 1);
+    dr.FormCloseTime = velmora::settings::effectSeconds(doubleOf(bag.value(QStringLiteral("FormCloseTime")), 1));
+    dr.FormOpenTime = velmora::settings::effectSeconds(doubleOf(bag.value(QStringLiteral("FormOpenTime")), 1));
+    dr.KeepOnScreen = b("KeepOnScreen", false);
     d->mirrorAllFlags();
 }
 
@@ -327,12 +297,11 @@ QVariantMap VelmoraControl::writeProperties() const
     const ControlFlagTable &t = d->flagTable;
     put("ControlFlagCount", t.count(), 0);
     for (int i = 1; i <= t.count(); ++i) {
-        const QString n = QString::number(i);
         if (!t.controlKey(i).empty())
-            bag.insert(QLatin1String(KeyBase) + n, QString::fromStdString(t.controlKey(i)));
+            bag.insert(VelmoraControlPrivate::indexedKey(-1, i), QString::fromStdString(t.controlKey(i)));
         for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
             if (t.flag(ControlFlagTable::Flag(f), i))
-                bag.insert(flagBase(ControlFlagTable::Flag(f)) + n, true);
+                bag.insert(VelmoraControlPrivate::indexedKey(f, i), true);
     }
     put("ScaleGraphics", e.ScaleGraphics, true);
     put("ReplaceFontsWith", dr.ReplaceFontsWith, QStringLiteral("<none>"));
@@ -343,8 +312,10 @@ QVariantMap VelmoraControl::writeProperties() const
     put("FormPicture", e.FormPicture, int(FpNone));
     put("FormClose", dr.FormClose, int(FcNone));
     put("FormOpen", dr.FormOpen, int(FoNone));
-    put("FormCloseTime", float(dr.FormCloseTime), 1.0f);
-    put("FormOpenTime", float(dr.FormOpenTime), 1.0f);
+    put("FormCloseTime", dr.FormCloseTime, 1.0);
+    put("FormOpenTime", dr.FormOpenTime, 1.0);
+    // Beyond the classic keys.
+    put("KeepOnScreen", dr.KeepOnScreen, false);
     // The design reference is the form as it stands in the editor; a
     // running program never overwrites it.
     if (const auto sizes = d->measuredDesignSizes()) {
@@ -356,94 +327,3 @@ QVariantMap VelmoraControl::writeProperties() const
     return bag;
 }
 
-int VelmoraControl::ControlFlagCount() const { return d->flagTable.count(); }
-
-void VelmoraControl::setControlFlagCount(int count)
-{
-    if (count < 0) {
-        qWarning("VelmoraControl::setControlFlagCount: %d is not a count", count);
-        return;
-    }
-    const int before = d->flagTable.count();
-    d->flagTable.setCount(count);
-    // Entries the form gave before their count: read now.
-    if (count > before) {
-        const QVariantMap bag = d->dynamicFlagBag();
-        for (int i = before + 1; i <= count; ++i)
-            if (bag.contains(QLatin1String(KeyBase) + QString::number(i)))
-                d->readFlagEntry(i, bag);
-    }
-    if (count != before)
-        d->changed("ControlFlagCount");
-}
-
-bool VelmoraControlPrivate::flagIndexOk(const char *member, int index, bool *ok) const
-{
-    const bool inRange = index >= 0 && index <= flagTable.count();
-    if (ok)
-        *ok = inRange;
-    if (!inRange)
-        qWarning("VelmoraControl::%s(%d): index out of range 0..%d", member, index, flagTable.count());
-    return inRange;
-}
-
-bool VelmoraControlPrivate::flag(int f, int index, bool *ok) const
-{
-    const auto flag = ControlFlagTable::Flag(f);
-    return flagIndexOk(("ControlFlag" + std::string(ControlFlagTable::flagName(flag))).c_str(), index, ok)
-        && flagTable.flag(flag, index);
-}
-
-void VelmoraControlPrivate::setFlag(int f, int index, bool on, bool *ok)
-{
-    const auto flag = ControlFlagTable::Flag(f);
-    const std::string member = "setControlFlag" + std::string(ControlFlagTable::flagName(flag));
-    if (!flagIndexOk(member.c_str(), index, ok))
-        return;
-    flagTable.setFlag(flag, index, on);
-    if (index == 0)
-        return; // held, but no entry
-    applyFlagEntry(index);
-    mirrorFlag(flagBase(flag) + QString::number(index), on, !on);
-}
-
-QString VelmoraControl::ControlFlagControlKey(int index, bool *ok) const
-{
-    if (!d->flagIndexOk("ControlFlagControlKey", index, ok))
-        return QString();
-    return QString::fromStdString(d->flagTable.controlKey(index));
-}
-
-void VelmoraControl::setControlFlagControlKey(int index, const QString &key, bool *ok)
-{
-    if (!d->flagIndexOk("setControlFlagControlKey", index, ok))
-        return;
-    d->flagTable.setControlKey(index, key.toStdString());
-    if (index == 0)
-        return;
-    d->applyFlagEntry(index);
-    d->mirrorFlag(QLatin1String(KeyBase) + QString::number(index), key, key.isEmpty());
-}
-
-#define VELMORA_FLAG_ACCESSORS(Name)                                                                              \
-    bool VelmoraControl::ControlFlag##Name(int index, bool *ok) const                                             \
-    {                                                                                                             \
-        return d->flag(ControlFlagTable::Name, index, ok);                                                        \
-    }                                                                                                             \
-    void VelmoraControl::setControlFlag##Name(int index, bool on, bool *ok)                                       \
-    {                                                                                                             \
-        d->setFlag(ControlFlagTable::Name, index, on, ok);                                                        \
-    }
-
-VELMORA_FLAG_ACCESSORS(DontScaleControl)
-VELMORA_FLAG_ACCESSORS(DontScaleFont)
-VELMORA_FLAG_ACCESSORS(DontScaleBorder)
-VELMORA_FLAG_ACCESSORS(DontScaleGraphic)
-VELMORA_FLAG_ACCESSORS(DontScaleLeft)
-VELMORA_FLAG_ACCESSORS(DontScaleTop)
-VELMORA_FLAG_ACCESSORS(DontScaleWidth)
-VELMORA_FLAG_ACCESSORS(DontScaleHeight)
-VELMORA_FLAG_ACCESSORS(DontScaleRight)
-VELMORA_FLAG_ACCESSORS(DontScaleBottom)
-
-#undef VELMORA_FLAG_ACCESSORS

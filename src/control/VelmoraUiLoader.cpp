@@ -1,19 +1,34 @@
 #include "control/VelmoraUiLoader.h"
 
 #include "control/VelmoraControl.h"
+#include "control/VelmoraControl_p.h"
 #include "widgets/VelmoraImageList.h"
 #include "widgets/VelmoraLine.h"
 #include "widgets/VelmoraShape.h"
 
 #include <QMetaEnum>
+#include <QLocale>
 #include <QMetaProperty>
+#include <QSet>
 
 #include <algorithm>
+#include <cmath>
+
+class VelmoraUiLoaderPrivate {
+public:
+    // The classes being made, outermost first: Qt's loader makes an
+    // unknown class by asking for its declared base, through this loader.
+    QStringList making;
+    QSet<QString> reported;
+};
 
 VelmoraUiLoader::VelmoraUiLoader(QObject *parent)
     : QUiLoader(parent)
+    , d(std::make_unique<VelmoraUiLoaderPrivate>())
 {
 }
+
+VelmoraUiLoader::~VelmoraUiLoader() = default;
 
 QStringList VelmoraUiLoader::velmoraClasses()
 {
@@ -32,8 +47,19 @@ QWidget *VelmoraUiLoader::createWidget(const QString &className, QWidget *parent
         w = new VelmoraImageList(parent);
     else if (className == QLatin1String("VelmoraControl"))
         w = new VelmoraControl(parent);
-    else
-        return QUiLoader::createWidget(className, parent, name);
+    else if (d->making.contains(className)) {
+        if (!d->reported.contains(className)) {
+            d->reported.insert(className);
+            qWarning("VelmoraUiLoader: the declared bases of %s lead back to it; made as a QWidget",
+                     qPrintable(className));
+        }
+        w = new QWidget(parent);
+    } else {
+        d->making.append(className);
+        w = QUiLoader::createWidget(className, parent, name);
+        d->making.removeLast();
+        return w;
+    }
     w->setObjectName(name);
     return w;
 }
@@ -73,21 +99,37 @@ QString VelmoraUiLoader::settingsXml(const QVariantMap &bag, int indent)
         const QVariant v = bag.value(key);
         const int index = mo.indexOfProperty(key.toLatin1().constData());
         const QMetaProperty p = index >= mo.propertyOffset() ? mo.property(index) : QMetaProperty();
-        QString value;
+        QString value, why;
+        const int type = v.metaType().id();
         if (p.isValid() && p.isEnumType()) {
             const char *name = p.enumerator().valueToKey(v.toInt());
-            value = QStringLiteral("<enum>VelmoraControl::%1</enum>").arg(QLatin1String(name ? name : "0"));
-        } else if (v.metaType().id() == QMetaType::Bool) {
+            if (name)
+                value = QStringLiteral("<enum>VelmoraControl::%1</enum>").arg(QLatin1String(name));
+            else
+                why = QStringLiteral("%1 names no constant").arg(v.toString());
+        } else if (type == QMetaType::Bool) {
             value = QStringLiteral("<bool>%1</bool>").arg(v.toBool() ? u"true" : u"false");
-        } else if (v.metaType().id() == QMetaType::Double || v.metaType().id() == QMetaType::Float) {
-            value = QStringLiteral("<double>%1</double>").arg(QString::number(v.toDouble(), 'g', 9));
-        } else if (v.metaType().id() == QMetaType::QString) {
-            value = QStringLiteral("<string>%1</string>").arg(v.toString().toHtmlEscaped());
+        } else if (type == QMetaType::Double || type == QMetaType::Float) {
+            // The shortest text that reads back as the same number.
+            if (std::isfinite(v.toDouble()))
+                value = QStringLiteral("<double>%1</double>")
+                            .arg(QString::number(v.toDouble(), 'g', QLocale::FloatingPointShortest));
+            else
+                why = QStringLiteral("%1 is no number a .ui can hold").arg(v.toDouble());
+        } else if (type == QMetaType::QString) {
+            // Names of controls and windows, and a font family: nothing for
+            // a translator.
+            if (velmora::settings::isUiText(v.toString(), &why))
+                value = QStringLiteral("<string notr=\"true\">%1</string>").arg(v.toString().toHtmlEscaped());
         } else {
             value = QStringLiteral("<number>%1</number>").arg(v.toLongLong());
         }
+        if (value.isEmpty()) {
+            qWarning("VelmoraUiLoader::settingsXml: %s left out: %s", qPrintable(key), qPrintable(why));
+            continue;
+        }
         xml += QStringLiteral("%1<property name=\"%2\"%3>%4</property>\n")
-                   .arg(pad, key, p.isValid() ? QString() : QStringLiteral(" stdset=\"0\""), value);
+                   .arg(pad, key.toHtmlEscaped(), p.isValid() ? QString() : QStringLiteral(" stdset=\"0\""), value);
     }
     return xml;
 }

@@ -24,8 +24,18 @@ QSettings store()
 
 QString WindowSettings::groupFor(const QString &windowName)
 {
+    // Percent-encoding gives "%" only before two hex digits, so a group
+    // that breaks that pattern is no encoded name: the empty name gets
+    // "%", and a name UTF-8 cannot carry exactly (a lone surrogate) its
+    // UTF-16 code units after "%u".
     if (windowName.isEmpty())
-        return QStringLiteral("%00");
+        return QStringLiteral("%");
+    if (!windowName.isValidUtf16()) {
+        QString units = QStringLiteral("%u");
+        for (const QChar c : windowName)
+            units += QString::number(c.unicode(), 16).rightJustified(4, QLatin1Char('0'));
+        return units;
+    }
     // Dots too: ".." must not read as anything but a name.
     return QString::fromLatin1(QUrl::toPercentEncoding(windowName, QByteArray(), QByteArrayLiteral(".~")));
 }

@@ -20,6 +20,16 @@ void LayoutStore::discardInfoNotSeenIn(unsigned serial)
         it = it->second.SeenInPass == serial ? std::next(it) : m_info.erase(it);
 }
 
+void LayoutStore::resetSwitches()
+{
+    for (auto &entry : m_flags) {
+        ControlFlags off;
+        off.Control = std::move(entry.second.Control);
+        off.ControlKey = std::move(entry.second.ControlKey);
+        entry.second = std::move(off);
+    }
+}
+
 ControlClass &LayoutStore::ensureInfo(const std::string &key)
 {
     return m_info[key];

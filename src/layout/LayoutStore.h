@@ -28,6 +28,9 @@ public:
     // Drops the records of controls the pass `serial` did not meet.
     void discardInfoNotSeenIn(unsigned serial);
     void discardFlags() { m_flags.clear(); }
+    // Every record's switches back to off; keys and controls stay, so that
+    // a pass holding a record meanwhile still holds a live one.
+    void resetSwitches();
 
     std::size_t infoCount() const { return m_info.size(); }
     std::size_t flagsCount() const { return m_flags.size(); }

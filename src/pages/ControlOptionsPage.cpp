@@ -134,21 +134,19 @@ void ControlOptionsPage::selectionChanged(const QList<VelmoraControl *> &selecte
         m_index.insert(key, int(m_entries.size()));
         m_entries.push_back(Entry{k, key, {}});
     }
-    // What the component holds for them; an entry whose control has gone is
-    // blanked where it stands.
+    // What the component holds for them, by key. Entries of controls that
+    // have gone, and entries out of the form's order, are left as they are
+    // until the page applies: the page works on its own copy, so that
+    // Cancel changes nothing.
     const std::vector<Flag> flags = pageFlags();
     auto *d = VelmoraControlPrivate::get(c);
-    for (int i = 1; i <= c->ControlFlagCount(); ++i) {
-        const QString key = c->ControlFlagControlKey(i);
-        if (auto it = m_index.constFind(key); it != m_index.cend()) {
+    for (Entry &e : m_entries)
+        if (const int i = c->entryOf(e.key))
             for (Flag f : flags)
-                m_entries[std::size_t(*it)].flags[f] = d->flag(f, i, nullptr);
-        } else {
-            c->setControlFlagControlKey(i, QString());
-            for (Flag f : flags)
-                d->setFlag(f, i, false, nullptr);
-        }
-    }
+                e.flags[f] = d->flag(f, i, nullptr);
+    m_tableOutdated = c->ControlFlagCount() != int(m_entries.size());
+    for (int i = 1; !m_tableOutdated && i <= c->ControlFlagCount(); ++i)
+        m_tableOutdated = c->ControlFlagControlKey(i) != m_entries[std::size_t(i - 1)].key;
     for (const Entry &e : m_entries) {
         if (!applies(*e.control))
             continue;
@@ -201,20 +199,43 @@ void ControlOptionsPage::selectAll(bool on)
     markChanged();
 }
 
+bool ControlOptionsPage::hasPendingChanges() const
+{
+    return isChanged() || m_tableOutdated;
+}
+
 void ControlOptionsPage::applyChanges()
 {
     VelmoraControl *c = control();
     if (!c)
         return;
-    // Every control of the form has an entry, in the form's order; only this
-    // page's switches are written, the others stay as they stand.
+    // The whole table is written again, one entry per control of the form
+    // in the form's order. Every entry takes the switches its key holds
+    // now (as other pages left them), and this page's own from the page:
+    // so a control raised or lowered since, whose place in the order has
+    // changed, keeps every option, and an entry whose control has gone is
+    // dropped.
+    auto *d = VelmoraControlPrivate::get(c);
+    const std::vector<Flag> own = pageFlags();
+    std::vector<std::array<bool, ControlFlagTable::FlagCount>> rows;
+    rows.reserve(m_entries.size());
+    for (const Entry &e : m_entries) {
+        std::array<bool, ControlFlagTable::FlagCount> row{};
+        if (const int i = c->entryOf(e.key))
+            for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
+                row[std::size_t(f)] = d->flag(f, i, nullptr);
+        for (Flag f : own)
+            row[f] = e.flags[f];
+        rows.push_back(row);
+    }
     c->setControlFlagCount(int(m_entries.size()));
     for (std::size_t n = 0; n < m_entries.size(); ++n) {
         const int i = int(n) + 1;
         c->setControlFlagControlKey(i, m_entries[n].key);
-        for (Flag f : pageFlags())
-            VelmoraControlPrivate::get(c)->setFlag(f, i, m_entries[n].flags[f], nullptr);
+        for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
+            d->setFlag(f, i, rows[n][std::size_t(f)], nullptr);
     }
+    m_tableOutdated = false;
     setChanged(false);
 }
 

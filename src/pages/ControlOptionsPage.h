@@ -33,6 +33,10 @@ public:
 
     void selectionChanged(const QList<VelmoraControl *> &selected) override;
     void applyChanges() override;
+    // Besides its own edits: the component's entries are not yet the
+    // form's controls in the form's order (a control deleted, raised or
+    // lowered since they were written).
+    bool hasPendingChanges() const override;
 
     QListWidget *List1;
     QLabel *lblControlType, *lblScaleControls;
@@ -60,6 +64,7 @@ protected:
 
     Kind m_kind;
     bool m_filling = false;
+    bool m_tableOutdated = false;
 
 private:
     bool applies(velmora::HostObject &control) const;

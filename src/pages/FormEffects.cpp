@@ -140,8 +140,8 @@ void FormEffects::applyChanges()
     c->setFormOpen(VelmoraControl::FormOpenEffects(qMax(0, cmbFormOpen->currentIndex())));
     c->setFormClose(VelmoraControl::FormCloseEffects(qMax(0, cmbFormClose->currentIndex())));
     c->setFormPicture(VelmoraControl::FormPictureEffects(qMax(0, cmbFormPicture->currentIndex())));
-    c->setFormOpenTime(float(seconds(txtFormOpenTime)));
-    c->setFormCloseTime(float(seconds(txtFormCloseTime)));
+    c->setFormOpenTime(seconds(txtFormOpenTime));
+    c->setFormCloseTime(seconds(txtFormCloseTime));
     setChanged(false);
 }
 

@@ -21,7 +21,9 @@ ReplaceFontsWith::ReplaceFontsWith(QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(caption);
     layout->addWidget(List1);
+    // A click, or the arrow keys: any new current family is a choice.
     connect(List1, &QListWidget::itemClicked, this, &ReplaceFontsWith::markChanged);
+    connect(List1, &QListWidget::currentItemChanged, this, &ReplaceFontsWith::markChanged);
 }
 
 void ReplaceFontsWith::fillFontList(QListWidget *list)

@@ -51,7 +51,7 @@ void VelmoraPropertyDialog::apply()
         return;
     bool any = false;
     for (VelmoraPropertyPage *page : m_pages) {
-        if (page->isChanged()) {
+        if (page->hasPendingChanges()) {
             page->applyChanges();
             any = true;
         }

@@ -3,13 +3,15 @@
 // whether it has any.
 #pragma once
 
+#include "velmora_export.h"
+
 #include <QList>
 #include <QPointer>
 #include <QWidget>
 
 class VelmoraControl;
 
-class VelmoraPropertyPage : public QWidget {
+class VELMORA_EXPORT VelmoraPropertyPage : public QWidget {
     Q_OBJECT
     Q_PROPERTY(bool changed READ isChanged NOTIFY changedChanged)
 public:
@@ -23,6 +25,10 @@ public:
     virtual void applyChanges() = 0;
 
     bool isChanged() const { return m_changed; }
+    // Whether applying would change the control: the page's edits, and
+    // anything it found to put right (a settings window's OK applies a
+    // page for either).
+    virtual bool hasPendingChanges() const { return isChanged(); }
     bool isLoaded() const { return m_loaded; }
 
 Q_SIGNALS:

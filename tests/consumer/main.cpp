@@ -3,6 +3,8 @@
 // not some other copy). Exits 0 when the form scaled and the Designer
 // plugin installed beside the library made the component for a QUiLoader.
 #include <VelmoraControl>
+#include <VelmoraPropertyDialog>
+#include <VelmoraPropertyPage>
 #include <VelmoraUiLoader>
 
 #include <QApplication>
@@ -81,6 +83,16 @@ int main(int argc, char **argv)
         return 1;
     }
     std::printf("consumer: the form scaled\n");
+
+    // Its settings window's pages, through the installed headers.
+    {
+        VelmoraPropertyDialog dialog(velmora);
+        const QList<VelmoraPropertyPage *> pages = dialog.pages();
+        if (pages.size() != 7 || pages.first()->objectName() != QLatin1String("General") || pages.first()->isChanged()) {
+            std::fprintf(stderr, "consumer: the settings window does not show its seven pages\n");
+            return 1;
+        }
+    }
 
     // The Designer plugin installed with the library: a plain QUiLoader
     // makes the component through it, as this program's own class.

@@ -346,7 +346,7 @@ void tst_Preview::setWritesOnlyTheSettings_data()
         << "../surface/settingsform.ui" << QStringList{"CenterY=true", "ScaleFonts=true", "FormOpen=FoFold"}
         << QStringList{"<property name=\"CenterY\"><bool>true</bool></property>",
                        "<property name=\"FormOpen\"><enum>VelmoraControl::FoFold</enum></property>",
-                       "<property name=\"ControlFlagControlKey2\" stdset=\"0\"><string>cmdOK</string></property>"}
+                       "<property name=\"ControlFlagControlKey2\" stdset=\"0\"><string notr=\"true\">cmdOK</string></property>"}
         << QStringList{"name=\"ScaleFonts\""};
     QTest::newRow("a form without one: added")
         << "../data/limits_form.ui" << QStringList{"ScaleX=40", "ControlFlagCount=1", "ControlFlagControlKey1=x",
@@ -402,6 +402,28 @@ void tst_Preview::setRefusesAndLeavesTheFile_data()
     QTest::newRow("malformed") << form.left(form.size() / 2) << false << "CenterX=false" << 1 << "nothing changed";
     QTest::newRow("unknown setting") << form << false << "Centre=true" << 2 << "--set: VelmoraControl has no setting";
     QTest::newRow("bad value") << form << false << "ScaleX=wide" << 2 << "ScaleX takes a whole number";
+    // What a .ui cannot carry exactly, and what the component would not hold
+    // as given: refused, with the reason, rather than written otherwise.
+    QTest::newRow("a control character") << form << false << QStringLiteral("WindowName=a\u0001b") << 2
+                                         << "WindowName cannot hold the control character U+0001";
+    QTest::newRow("a carriage return") << form << false << QStringLiteral("WindowName=a\rb") << 2
+                                       << "WindowName cannot hold a carriage return";
+    QTest::newRow("an option of an entry the form lacks") << form << false << "ControlFlagDontScaleLeft9=true" << 2
+                                                          << "the form has no entry 9 (its ControlFlagCount is 2";
+    QTest::newRow("an option of no such name") << form << false << "ControlFlagDontScaleBogus1=true" << 2
+                                               << "ControlFlagDontScaleBogus1 is no per-control option";
+    QTest::newRow("a time that is no number") << form << false << "FormOpenTime=inf" << 2
+                                              << "FormOpenTime=inf refused: inf is no duration";
+    QTest::newRow("a time beyond 10 s") << form << false << "FormCloseTime=12" << 2
+                                        << "FormCloseTime=12 refused: 12 s is outside 0 to 10 s";
+    QTest::newRow("a percentage beyond 100") << form << false << "ScaleX=150" << 2
+                                             << "ScaleX=150 refused: 150 is no percentage";
+    QTest::newRow("a count a saved form cannot hold") << form << false << "ControlFlagCount=40000" << 2
+                                                      << "ControlFlagCount=40000 refused: 40000 is no count";
+    QTest::newRow("an effect no constant names") << form << false << "FormPicture=50" << 2
+                                                 << "FormPicture takes one of FpNone";
+    QTest::newRow("the design reference") << form << false << "DesignFormWidth=100" << 2
+                                          << "has no setting 'DesignFormWidth'";
 }
 
 void tst_Preview::setRefusesAndLeavesTheFile()

@@ -18,6 +18,8 @@ private Q_SLOTS:
     void flagTableKeepsEntriesAcrossResize();
     void flagTableIndexChecks_data();
     void flagTableIndexChecks();
+    void flagTableEntryOfKey_data();
+    void flagTableEntryOfKey();
     void saveControlFlagsKeepsExisting();
     void captureByKind_data();
     void captureByKind();
@@ -69,7 +71,8 @@ void tst_Layout::flagTableIndexChecks_data()
     QTest::addColumn<int>("count"); // -1: never sized
     QTest::addColumn<int>("index");
     QTest::addColumn<bool>("valid");
-    QTest::newRow("never sized") << -1 << 0 << false;
+    QTest::newRow("never sized: entry 0 exists") << -1 << 0 << true;
+    QTest::newRow("never sized: entry 1 does not") << -1 << 1 << false;
     QTest::newRow("index 0 exists") << 3 << 0 << true;
     QTest::newRow("last entry") << 3 << 3 << true;
     QTest::newRow("beyond the count") << 3 << 5 << false;
@@ -92,6 +95,45 @@ void tst_Layout::flagTableIndexChecks()
     }
     QCOMPARE(threw, !valid);
     QVERIFY_THROWS_EXCEPTION(std::invalid_argument, t.setCount(-2));
+    QVERIFY_THROWS_EXCEPTION(std::invalid_argument, t.setCount(ControlFlagTable::MaxCount + 1));
+}
+
+void tst_Layout::flagTableEntryOfKey_data()
+{
+    // Operations on a table of three entries keyed a, b, a; then the entry
+    // that speaks for each of the keys a, b, c.
+    QTest::addColumn<QStringList>("ops");
+    QTest::addColumn<QList<int>>("entries");
+    QTest::newRow("the later of two entries wins") << QStringList() << QList<int>{3, 2, 0};
+    QTest::newRow("re-keyed: the old key falls back") << QStringList{"key 3 c"} << QList<int>{1, 2, 3};
+    QTest::newRow("blanked") << QStringList{"key 2 "} << QList<int>{3, 0, 0};
+    QTest::newRow("count shrinks past an entry") << QStringList{"count 1"} << QList<int>{1, 0, 0};
+    QTest::newRow("count 0 drops every key") << QStringList{"count 0"} << QList<int>{0, 0, 0};
+    QTest::newRow("grown again: no stale key") << QStringList{"count 1", "count 3"} << QList<int>{1, 0, 0};
+    QTest::newRow("entry 0 speaks for nobody") << QStringList{"key 0 c"} << QList<int>{3, 2, 0};
+}
+
+void tst_Layout::flagTableEntryOfKey()
+{
+    QFETCH(QStringList, ops);
+    QFETCH(QList<int>, entries);
+    ControlFlagTable t;
+    t.setCount(3);
+    t.setControlKey(1, "a");
+    t.setControlKey(2, "b");
+    t.setControlKey(3, "a");
+    for (const QString &op : ops) {
+        const QStringList w = op.split(QLatin1Char(' '));
+        if (w[0] == QLatin1String("count"))
+            t.setCount(w[1].toInt());
+        else
+            t.setControlKey(w[1].toInt(), w.value(2).toStdString());
+    }
+    QList<int> got;
+    for (const char *key : {"a", "b", "c"})
+        got << t.entryOf(key);
+    QCOMPARE(got, entries);
+    QCOMPARE(t.entryOf(""), 0);
 }
 
 void tst_Layout::saveControlFlagsKeepsExisting()

@@ -36,7 +36,8 @@ private Q_SLOTS:
     void fontList();
     void controlsListed_data();
     void controlsListed();
-    void staleEntriesAndOwnFlagOnly();
+    void optionsFollowTheirControl_data();
+    void optionsFollowTheirControl();
     void selectAllAndNone();
     void lockRules();
     void lineCaptions();
@@ -162,6 +163,8 @@ void tst_Pages::durationsWhileTyping_data()
     QTest::newRow("-3: 0") << "-3" << "0" << 1 << 0.0;
     QTest::newRow("in range") << "2.5" << "2.5" << 3 << 2.5;
     QTest::newRow("not a number is none") << "a" << "a" << 1 << 0.0;
+    QTest::newRow("a tenth, exactly") << "0.1" << "0.1" << 3 << 0.1;
+    QTest::newRow("held to the millisecond") << "2.3456" << "2.3456" << 6 << 2.346;
 }
 
 void tst_Pages::durationsWhileTyping()
@@ -238,6 +241,13 @@ void tst_Pages::fontList()
     QVERIFY(page.isChanged());
     page.applyChanges();
     QCOMPARE(v.ReplaceFontsWith(), QStringLiteral("<none>"));
+    // So is a choice made with the keyboard.
+    QVERIFY(!page.isChanged());
+    page.List1->setFocus();
+    QTest::keyClick(page.List1, Qt::Key_Down);
+    QVERIFY(page.isChanged());
+    page.applyChanges();
+    QCOMPARE(v.ReplaceFontsWith(), page.List1->item(1)->text());
 }
 
 void tst_Pages::controlsListed_data()
@@ -290,33 +300,73 @@ void tst_Pages::controlsListed()
     QVERIFY(f.velmora->ControlFlagCount() >= 6);
 }
 
-void tst_Pages::staleEntriesAndOwnFlagOnly()
+void tst_Pages::optionsFollowTheirControl_data()
 {
+    // Written in the form's order (lblName, cmdGo, linRule, shpBox, ...);
+    // then the form changes under them, a page of the settings window is
+    // edited, and the window is closed.
+    QTest::addColumn<QString>("formChange"); // "raise X", "lower X" or nothing
+    QTest::addColumn<QString>("closeWith");
+    QTest::newRow("OK after nothing changed") << "" << "ok";
+    QTest::newRow("OK after shpBox was raised") << "raise shpBox" << "ok";
+    QTest::newRow("OK after lblName was raised") << "raise lblName" << "ok";
+    QTest::newRow("Apply after cmdGo was lowered") << "lower cmdGo" << "apply";
+    QTest::newRow("Cancel after lblName was raised") << "raise lblName" << "cancel";
+}
+
+void tst_Pages::optionsFollowTheirControl()
+{
+    QFETCH(QString, formChange);
+    QFETCH(QString, closeWith);
     DesignedForm f;
     VelmoraControl *c = f.velmora;
-    c->setControlFlagCount(2);
-    c->setControlFlagControlKey(1, QStringLiteral("deleted"));
-    c->setControlFlagDontScaleBorder(1, true);
-    c->setControlFlagControlKey(2, QStringLiteral("shpBox"));
-    c->setControlFlagDontScaleBorder(2, true);
-    c->setControlFlagDontScaleFont(2, true); // another page's switch
-    ScaleBorders page;
-    page.selectionChanged({c});
-    // The entry of a control that has gone is blanked where it stands.
-    QCOMPARE(c->ControlFlagControlKey(1), QString());
-    QVERIFY(!c->ControlFlagDontScaleBorder(1));
-    QCOMPARE(items(page.List1, true), QStringList{"shpBox"});
-    itemNamed(page.List1, QStringLiteral("linRule"))->setCheckState(Qt::Checked);
-    QVERIFY(page.isChanged());
-    page.applyChanges();
-    QVERIFY(!page.isChanged());
-    // Renumbered in the form's order; only this page's switch written.
-    QStringList exempt;
+    // lblName exempt from scaling as a whole (its four locks), shpBox from
+    // border scaling and fonts, and an entry whose control has gone.
+    auto *lbl = f.form.findChild<QWidget *>(QStringLiteral("lblName"));
+    auto *shp = f.form.findChild<QWidget *>(QStringLiteral("shpBox"));
+    c->setOptions(lbl, VelmoraControl::DontScaleControl | VelmoraControl::DontScaleLeft | VelmoraControl::DontScaleTop
+                           | VelmoraControl::DontScaleWidth | VelmoraControl::DontScaleHeight);
+    c->setControlFlagCount(c->ControlFlagCount() + 1);
+    c->setControlFlagControlKey(c->ControlFlagCount(), QStringLiteral("deleted"));
+    c->setControlFlagDontScaleFont(c->ControlFlagCount(), true);
+    c->setOptions(shp, VelmoraControl::DontScaleBorder | VelmoraControl::DontScaleFont);
+    const QVariantMap before = c->writeProperties();
+    if (!formChange.isEmpty()) {
+        auto *w = f.form.findChild<QWidget *>(formChange.section(u' ', 1));
+        formChange.startsWith(QLatin1String("raise")) ? w->raise() : w->lower();
+    }
+
+    VelmoraPropertyDialog dialog(c);
+    // Opening the window changes nothing on the control.
+    QCOMPARE(c->writeProperties(), before);
+    auto *graphics = static_cast<ScaleGraphics *>(dialog.pages().at(4));
+    itemNamed(graphics->List1, QStringLiteral("imlIcons"))->setCheckState(Qt::Checked);
+    auto *buttons = dialog.buttons();
+    buttons->button(closeWith == QLatin1String("ok")       ? QDialogButtonBox::Ok
+                    : closeWith == QLatin1String("apply") ? QDialogButtonBox::Apply
+                                                          : QDialogButtonBox::Cancel)
+        ->click();
+    if (closeWith == QLatin1String("cancel")) {
+        QCOMPARE(c->writeProperties(), before);
+        return;
+    }
+    // Every control keeps its own options, wherever it now stands; the
+    // entry of the control that has gone is dropped; the entries are the
+    // form's controls in its present order.
+    QCOMPARE(c->options(lbl), VelmoraControl::DontScaleControl | VelmoraControl::DontScaleLeft
+                                  | VelmoraControl::DontScaleTop | VelmoraControl::DontScaleWidth
+                                  | VelmoraControl::DontScaleHeight);
+    QCOMPARE(c->options(shp), VelmoraControl::DontScaleBorder | VelmoraControl::DontScaleFont);
+    QCOMPARE(c->options(f.form.findChild<QWidget *>(QStringLiteral("imlIcons"))),
+             VelmoraControl::Options(VelmoraControl::DontScaleGraphic));
+    QCOMPARE(c->entryOf(QStringLiteral("deleted")), 0);
+    QStringList keys, order;
     for (int i = 1; i <= c->ControlFlagCount(); ++i)
-        if (c->ControlFlagDontScaleBorder(i))
-            exempt << c->ControlFlagControlKey(i);
-    QCOMPARE(exempt, QStringList({"linRule", "shpBox"}));
-    QVERIFY(c->ControlFlagDontScaleFont(2)); // as it stood at that index
+        keys << c->ControlFlagControlKey(i);
+    for (QObject *child : f.form.children())
+        if (child->isWidgetType())
+            order << child->objectName();
+    QCOMPARE(keys, order);
 }
 
 void tst_Pages::selectAllAndNone()

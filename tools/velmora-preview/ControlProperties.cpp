@@ -1,5 +1,7 @@
 #include "ControlProperties.h"
 
+#include "control/VelmoraControl_p.h"
+
 #include <QMetaProperty>
 #include <QObject>
 #include <QRegularExpression>
@@ -81,6 +83,96 @@ bool toVariant(const QMetaProperty &p, const QString &text, QVariant &out, QStri
 
 } // namespace
 
+namespace {
+
+// The warnings a setter gives while it is tried: they are the reason it
+// held another value than the one given.
+class WarningCatcher {
+public:
+    WarningCatcher()
+    {
+        s_current = this;
+        m_previous = qInstallMessageHandler(&WarningCatcher::handle);
+    }
+    ~WarningCatcher()
+    {
+        qInstallMessageHandler(m_previous);
+        s_current = nullptr;
+    }
+    QString first() const { return m_caught.value(0); }
+
+private:
+    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
+    {
+        if (type == QtWarningMsg && s_current) {
+            // "VelmoraControl::setScaleX: 150 is no percentage ..." -> the reason
+            const qsizetype colon = text.indexOf(QLatin1String(": "));
+            s_current->m_caught << (colon >= 0 ? text.mid(colon + 2) : text);
+            return;
+        }
+        if (s_current && s_current->m_previous)
+            s_current->m_previous(type, context, text);
+    }
+    static inline WarningCatcher *s_current = nullptr;
+    QtMessageHandler m_previous = nullptr;
+    QStringList m_caught;
+};
+
+bool sameValue(const QVariant &held, const QVariant &given)
+{
+    if (held.metaType().id() == QMetaType::Double || given.metaType().id() == QMetaType::Double)
+        return held.toDouble() == given.toDouble();
+    if (held.metaType() != given.metaType() && given.metaType().id() == QMetaType::Int)
+        return held.toInt() == given.toInt();
+    return held == given;
+}
+
+// A per-control option: "ControlFlagDontScaleLeft2=true",
+// "ControlFlagControlKey2=lblName", for an entry the form has.
+bool setIndexedOption(QObject *control, const QString &name, const QString &text, QString *error)
+{
+    static const QRegularExpression indexed(QStringLiteral("^ControlFlag([A-Za-z]+?)([0-9]+)$"));
+    const auto m = indexed.match(name);
+    static const QStringList bases = {"ControlKey",      "DontScaleControl", "DontScaleFont",   "DontScaleBorder",
+                                      "DontScaleGraphic", "DontScaleLeft",    "DontScaleTop",    "DontScaleWidth",
+                                      "DontScaleHeight",  "DontScaleRight",   "DontScaleBottom"};
+    if (!bases.contains(m.captured(1))) {
+        *error = QStringLiteral("--property: %1 is no per-control option (ControlFlag followed by one of %2, then "
+                                "an entry number)")
+                     .arg(name, bases.join(QStringLiteral(", ")));
+        return false;
+    }
+    bool ok = false;
+    const int index = m.captured(2).toInt(&ok);
+    const int count = control->property("ControlFlagCount").toInt();
+    if (!ok || index < 1 || index > count || m.captured(2).startsWith(QLatin1Char('0'))) {
+        *error = QStringLiteral("--property: %1: the form has no entry %2 (its ControlFlagCount is %3; set that "
+                                "first)")
+                     .arg(name, m.captured(2))
+                     .arg(count);
+        return false;
+    }
+    QVariant value = text;
+    if (m.captured(1) == QLatin1String("ControlKey")) {
+        QString why;
+        if (!velmora::settings::isUiText(text, &why)) {
+            *error = QStringLiteral("--property: %1 cannot hold %2").arg(name, why);
+            return false;
+        }
+    } else {
+        const QString t = text.toLower();
+        if (t != QLatin1String("true") && t != QLatin1String("false")) {
+            *error = QStringLiteral("--property: %1 takes true or false, not '%2'").arg(name, text);
+            return false;
+        }
+        value = t == QLatin1String("true");
+    }
+    control->setProperty(name.toLatin1().constData(), value);
+    return true;
+}
+
+} // namespace
+
 bool setControlProperty(QObject *control, const QString &assignment, QString *error)
 {
     const qsizetype eq = assignment.indexOf(QLatin1Char('='));
@@ -88,27 +180,17 @@ bool setControlProperty(QObject *control, const QString &assignment, QString *er
         *error = QStringLiteral("--property '%1': expected NAME=VALUE").arg(assignment);
         return false;
     }
-    const QString name = assignment.left(eq).trimmed(), text = assignment.mid(eq + 1).trimmed();
+    // The value as given: blanks are part of a window's name.
+    const QString name = assignment.left(eq).trimmed(), text = assignment.mid(eq + 1);
     const QMetaObject *mo = control->metaObject();
     const int index = mo->indexOfProperty(name.toLatin1().constData());
-    // The per-control options: "ControlFlagDontScaleLeft2=true",
-    // "ControlFlagControlKey2=lblName" (entries up to ControlFlagCount).
-    static const QRegularExpression indexed(QStringLiteral("^ControlFlag(ControlKey|DontScale[A-Za-z]+)[1-9][0-9]*$"));
-    if (index < 0 && indexed.match(name).hasMatch()) {
-        QVariant value = text;
-        if (!name.startsWith(QLatin1String("ControlFlagControlKey"))) {
-            const QString t = text.toLower();
-            if (t != QLatin1String("true") && t != QLatin1String("false")) {
-                *error = QStringLiteral("--property: %1 takes true or false, not '%2'").arg(name, text);
-                return false;
-            }
-            value = t == QLatin1String("true");
-        }
-        control->setProperty(name.toLatin1().constData(), value);
-        return true;
-    }
-    // Its own settings only: not the QWidget ones it has as any widget does.
-    if (index < mo->propertyOffset() || !mo->property(index).isWritable()) {
+    if (index < 0 && name.startsWith(QLatin1String("ControlFlag")))
+        return setIndexedOption(control, name, text, error);
+    // Its own settings only: not the QWidget ones it has as any widget does,
+    // nor the design reference (the form's size when the file is saved).
+    const bool setting = index >= mo->propertyOffset() && mo->property(index).isWritable()
+        && (mo->property(index).isDesignable() || name == QLatin1String("ControlFlagCount"));
+    if (!setting) {
         *error = QStringLiteral("--property: %1 has no setting '%2' (it has: %3)")
                      .arg(QString::fromLatin1(mo->className()), name, writableNames(mo));
         return false;
@@ -116,12 +198,32 @@ bool setControlProperty(QObject *control, const QString &assignment, QString *er
     const QMetaProperty p = mo->property(index);
     QVariant value;
     QString why;
-    if (!toVariant(p, text, value, &why)) {
-        *error = QStringLiteral("--property: %1 takes %2, not '%3'").arg(name, why, text);
+    const bool isText = p.metaType().id() == QMetaType::QString;
+    if (!toVariant(p, isText ? text : text.trimmed(), value, &why)) {
+        *error = QStringLiteral("--property: %1 takes %2, not '%3'").arg(name, why, text.trimmed());
         return false;
     }
-    if (!p.write(control, value)) {
-        *error = QStringLiteral("--property: %1 refused '%2'").arg(name, text);
+    if (isText && !velmora::settings::isUiText(text, &why)) {
+        *error = QStringLiteral("--property: %1 cannot hold %2").arg(name, why);
+        return false;
+    }
+    // Written as the setter would hold it, or not at all: a value it would
+    // bring into range is refused, with the setter's reason.
+    const QVariant before = p.read(control);
+    QString reason;
+    bool written = false;
+    {
+        WarningCatcher catcher;
+        written = p.write(control, value);
+        reason = catcher.first();
+    }
+    const QVariant held = p.read(control);
+    if (!written || !reason.isEmpty() || !sameValue(held, value)) {
+        p.write(control, before);
+        if (reason.isEmpty() && written)
+            reason = QStringLiteral("it would be held as %1").arg(held.toString());
+        *error = QStringLiteral("--property: %1=%2 refused%3").arg(name, text.trimmed(),
+                                                                  reason.isEmpty() ? QString() : QStringLiteral(": ") + reason);
         return false;
     }
     return true;

@@ -168,6 +168,15 @@ bool UiSettingsFile::save(QString *error)
         return false;
     }
     const QVariantMap bag = m_control->writeProperties();
+    // Written whole or not at all: a value the file cannot carry exactly
+    // is not silently left out of it.
+    for (auto it = bag.cbegin(); it != bag.cend(); ++it) {
+        if (it.value().metaType().id() == QMetaType::QString
+            && !velmora::settings::isUiText(it.value().toString(), &why)) {
+            *error = QStringLiteral("%1: %2 holds %3, which a .ui cannot carry; nothing changed").arg(m_path, it.key(), why);
+            return false;
+        }
+    }
     QString text = m_text;
     if (layout.widgetOpenEnd >= 0) {
         // Its settings as they are now, where the first of them stood.

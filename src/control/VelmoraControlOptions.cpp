@@ -1,0 +1,301 @@
+// VelmoraControl's per-control options: the eleven indexed arrays the form
+// saves, the same options by widget, and the records of the resize pass
+// that follow every change to them.
+#include "control/VelmoraControl.h"
+
+#include "control/VelmoraControl_p.h"
+#include "layout/ControlKey.h"
+#include "qt/QtForm.h"
+
+#include <QRegularExpression>
+
+#include <set>
+
+using velmora::ControlFlagTable;
+
+namespace {
+
+const char *const KeyBase = "ControlFlagControlKey";
+
+constexpr VelmoraControl::Option OptionOf[ControlFlagTable::FlagCount] = {
+    VelmoraControl::DontScaleControl, VelmoraControl::DontScaleFont,   VelmoraControl::DontScaleBorder,
+    VelmoraControl::DontScaleGraphic, VelmoraControl::DontScaleLeft,   VelmoraControl::DontScaleTop,
+    VelmoraControl::DontScaleWidth,   VelmoraControl::DontScaleHeight, VelmoraControl::DontScaleRight,
+    VelmoraControl::DontScaleBottom,
+};
+
+} // namespace
+
+QString VelmoraControlPrivate::indexedKey(int f, int index)
+{
+    const QString base = f < 0 ? QLatin1String(KeyBase)
+                               : QStringLiteral("ControlFlag") + QLatin1String(ControlFlagTable::flagName(ControlFlagTable::Flag(f)));
+    return base + QString::number(index);
+}
+
+void VelmoraControlPrivate::refreshRecord(const std::string &key)
+{
+    if (key.empty())
+        return;
+    velmora::LayoutStore &store = engine.store();
+    const int entry = flagTable.entryOf(key);
+    if (entry > 0) {
+        velmora::ControlFlags &record = store.ensureFlags(key);
+        record.ControlKey = key;
+        flagTable.applyTo(entry, record);
+    } else if (velmora::ControlFlags *record = store.flags(key)) {
+        // No entry names it any more: the control scales in every respect.
+        velmora::ControlFlags off;
+        off.Control = record->Control;
+        off.ControlKey = record->ControlKey;
+        *record = off;
+    }
+}
+
+void VelmoraControlPrivate::refreshAllRecords()
+{
+    engine.store().resetSwitches();
+    std::set<std::string> keys;
+    for (int i = 1; i <= flagTable.count(); ++i)
+        keys.insert(flagTable.controlKey(i));
+    for (const std::string &key : keys)
+        refreshRecord(key);
+}
+
+bool VelmoraControlPrivate::setFlagCount(int count, const char *member)
+{
+    if (!ControlFlagTable::isValidCount(count)) {
+        qWarning("VelmoraControl::%s: %d is no count of entries (0 to %d); nothing changed", member, count,
+                 ControlFlagTable::MaxCount);
+        return false;
+    }
+    const int before = flagTable.count();
+    if (count == before)
+        return true;
+    std::set<std::string> dropped;
+    for (int i = count + 1; i <= before; ++i)
+        dropped.insert(flagTable.controlKey(i));
+    flagTable.setCount(count);
+    for (const std::string &key : dropped)
+        refreshRecord(key);
+    if (count < before) {
+        // The object's indexed keys say what the table holds, nothing more.
+        syncingDynamic = true;
+        for (int i = count + 1; i <= before; ++i)
+            for (int f = -1; f < ControlFlagTable::FlagCount; ++f) {
+                const QByteArray name = indexedKey(f, i).toLatin1();
+                if (q->property(name.constData()).isValid())
+                    q->setProperty(name.constData(), QVariant());
+            }
+        syncingDynamic = false;
+    } else {
+        // Entries the form gave before their count: read now.
+        const QVariantMap bag = dynamicFlagBag();
+        for (int i = before + 1; i <= count; ++i)
+            if (bag.contains(indexedKey(-1, i)))
+                readFlagEntry(i, bag);
+    }
+    changed("ControlFlagCount");
+    return true;
+}
+
+void VelmoraControlPrivate::setFlagKey(int index, const std::string &key)
+{
+    const std::string old = flagTable.controlKey(index);
+    flagTable.setControlKey(index, key);
+    if (old != key)
+        refreshRecord(old);
+    refreshRecord(key);
+}
+
+QVariantMap VelmoraControlPrivate::dynamicFlagBag() const
+{
+    QVariantMap bag;
+    for (const QByteArray &name : q->dynamicPropertyNames())
+        if (name.startsWith("ControlFlag"))
+            bag.insert(QString::fromLatin1(name), q->property(name.constData()));
+    return bag;
+}
+
+void VelmoraControlPrivate::mirrorFlag(const QString &key, const QVariant &value, bool isDefault)
+{
+    // Kept as a dynamic property of the same name, so that a form saved by
+    // a form builder carries it; a default is left out, as in any bag.
+    syncingDynamic = true;
+    q->setProperty(key.toLatin1().constData(), isDefault ? QVariant() : value);
+    syncingDynamic = false;
+}
+
+bool VelmoraControlPrivate::dynamicPropertyChanged(const QByteArray &name)
+{
+    if (syncingDynamic || !name.startsWith("ControlFlag"))
+        return false;
+    static const QRegularExpression indexed(QStringLiteral("^(ControlFlag[A-Za-z]+?)([1-9][0-9]{0,4})$"));
+    const auto m = indexed.match(QString::fromLatin1(name));
+    if (!m.hasMatch())
+        return false;
+    bool ok = false;
+    const int index = m.captured(2).toInt(&ok);
+    // Beyond the count the key is kept on the object and read when the
+    // count grows to it (a form may set the count after its entries).
+    if (!ok || index > flagTable.count())
+        return true;
+    // Only this entry's keys: a form gives its entries one key at a time.
+    QVariantMap entry;
+    for (int f = -1; f < ControlFlagTable::FlagCount; ++f) {
+        const QString key = indexedKey(f, index);
+        entry.insert(key, q->property(key.toLatin1().constData()));
+    }
+    readFlagEntry(index, entry);
+    return true;
+}
+
+void VelmoraControlPrivate::mirrorAllFlags()
+{
+    syncingDynamic = true;
+    for (const QByteArray &name : q->dynamicPropertyNames())
+        if (name.startsWith("ControlFlag"))
+            q->setProperty(name.constData(), QVariant());
+    syncingDynamic = false;
+    for (int i = 1; i <= flagTable.count(); ++i) {
+        const QString key = QString::fromStdString(flagTable.controlKey(i));
+        mirrorFlag(indexedKey(-1, i), key, key.isEmpty());
+        for (int f = 0; f < ControlFlagTable::FlagCount; ++f) {
+            const bool on = flagTable.flag(ControlFlagTable::Flag(f), i);
+            mirrorFlag(indexedKey(f, i), on, !on);
+        }
+    }
+}
+
+bool VelmoraControlPrivate::flagIndexOk(const char *member, int index, bool *ok) const
+{
+    const bool inRange = index >= 0 && index <= flagTable.count();
+    if (ok)
+        *ok = inRange;
+    if (!inRange)
+        qWarning("VelmoraControl::%s(%d): index out of range 0..%d", member, index, flagTable.count());
+    return inRange;
+}
+
+bool VelmoraControlPrivate::flag(int f, int index, bool *ok) const
+{
+    const auto flag = ControlFlagTable::Flag(f);
+    return flagIndexOk(("ControlFlag" + std::string(ControlFlagTable::flagName(flag))).c_str(), index, ok)
+        && flagTable.flag(flag, index);
+}
+
+void VelmoraControlPrivate::setFlag(int f, int index, bool on, bool *ok)
+{
+    const auto flag = ControlFlagTable::Flag(f);
+    const std::string member = "setControlFlag" + std::string(ControlFlagTable::flagName(flag));
+    if (!flagIndexOk(member.c_str(), index, ok))
+        return;
+    const bool before = flagTable.flag(flag, index);
+    flagTable.setFlag(flag, index, on);
+    if (index == 0 || before == on)
+        return; // entry 0 is held, but is no entry
+    refreshRecord(flagTable.controlKey(index));
+    mirrorFlag(indexedKey(f, index), on, !on);
+    changed(member.c_str() + 3); // the property's own name, without "set"
+}
+
+std::string VelmoraControlPrivate::keyOf(QWidget *w) const
+{
+    const auto &form = driver.hostForm();
+    // Not serving a form (yet, or in an editor): the form it sits on, as
+    // the settings pages list it.
+    QWidget *formWidget = form ? driver.form() : listedForm();
+    if (!w || !formWidget || w == formWidget || !formWidget->isAncestorOf(w))
+        return {};
+    const auto view = form ? form : velmora::qt::QtForm::create(formWidget);
+    return view ? velmora::controlKey(view->adapterFor(w).get()) : std::string();
+}
+
+int VelmoraControl::ControlFlagCount() const { return d->flagTable.count(); }
+
+void VelmoraControl::setControlFlagCount(int count)
+{
+    d->setFlagCount(count, "setControlFlagCount");
+}
+
+QString VelmoraControl::ControlFlagControlKey(int index, bool *ok) const
+{
+    if (!d->flagIndexOk("ControlFlagControlKey", index, ok))
+        return QString();
+    return QString::fromStdString(d->flagTable.controlKey(index));
+}
+
+void VelmoraControl::setControlFlagControlKey(int index, const QString &key, bool *ok)
+{
+    if (!d->flagIndexOk("setControlFlagControlKey", index, ok))
+        return;
+    const std::string k = key.toStdString();
+    if (d->flagTable.controlKey(index) == k)
+        return;
+    if (index == 0) {
+        d->flagTable.setControlKey(0, k);
+        return;
+    }
+    d->setFlagKey(index, k);
+    d->mirrorFlag(VelmoraControlPrivate::indexedKey(-1, index), key, key.isEmpty());
+    d->changed("ControlFlagControlKey");
+}
+
+#define VELMORA_FLAG_ACCESSORS(Name)                                                                              \
+    bool VelmoraControl::ControlFlag##Name(int index, bool *ok) const                                             \
+    {                                                                                                             \
+        return d->flag(ControlFlagTable::Name, index, ok);                                                        \
+    }                                                                                                             \
+    void VelmoraControl::setControlFlag##Name(int index, bool on, bool *ok)                                       \
+    {                                                                                                             \
+        d->setFlag(ControlFlagTable::Name, index, on, ok);                                                        \
+    }
+
+VELMORA_FLAG_ACCESSORS(DontScaleControl)
+VELMORA_FLAG_ACCESSORS(DontScaleFont)
+VELMORA_FLAG_ACCESSORS(DontScaleBorder)
+VELMORA_FLAG_ACCESSORS(DontScaleGraphic)
+VELMORA_FLAG_ACCESSORS(DontScaleLeft)
+VELMORA_FLAG_ACCESSORS(DontScaleTop)
+VELMORA_FLAG_ACCESSORS(DontScaleWidth)
+VELMORA_FLAG_ACCESSORS(DontScaleHeight)
+VELMORA_FLAG_ACCESSORS(DontScaleRight)
+VELMORA_FLAG_ACCESSORS(DontScaleBottom)
+
+#undef VELMORA_FLAG_ACCESSORS
+
+int VelmoraControl::entryOf(const QString &key) const
+{
+    return d->flagTable.entryOf(key.toStdString());
+}
+
+VelmoraControl::Options VelmoraControl::options(QWidget *control) const
+{
+    const int entry = d->flagTable.entryOf(d->keyOf(control));
+    Options out;
+    if (entry > 0)
+        for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
+            out.setFlag(OptionOf[f], d->flagTable.flag(ControlFlagTable::Flag(f), entry));
+    return out;
+}
+
+void VelmoraControl::setOptions(QWidget *control, Options options)
+{
+    const std::string key = d->keyOf(control);
+    if (key.empty()) {
+        qWarning("VelmoraControl::setOptions: %s is no control of the form; nothing changed",
+                 control ? qPrintable(control->objectName()) : "a null widget");
+        return;
+    }
+    int entry = d->flagTable.entryOf(key);
+    if (entry == 0) {
+        if (!options)
+            return; // nothing to keep, and no entry to add for it
+        if (!d->setFlagCount(d->flagTable.count() + 1, "setOptions"))
+            return;
+        entry = d->flagTable.count();
+        setControlFlagControlKey(entry, QString::fromStdString(key));
+    }
+    for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
+        d->setFlag(f, entry, options.testFlag(OptionOf[f]), nullptr);
+}
