@@ -1,8 +1,8 @@
 // code-form: a form built in code, with absolute positions.
 //
 // One VelmoraControl on the form is all it takes; the form's size when it
-// first shows is its design size. Per-control options name a control by its
-// objectName: here the logo keeps its size and its place at the top right.
+// first shows is its design size. Per-control options are set by widget:
+// here the logo keeps its size and its place at the top right.
 #include "ExampleRun.h"
 
 #include <VelmoraControl>
@@ -43,12 +43,8 @@ int main(int argc, char **argv)
 
     auto *velmora = new VelmoraControl(&form);
     velmora->setResizeOnMouseUp(false); // follow the drag, not only its end
-    velmora->setControlFlagCount(1);
-    velmora->setControlFlagControlKey(1, QStringLiteral("lblLogo"));
-    velmora->setControlFlagDontScaleWidth(1, true);
-    velmora->setControlFlagDontScaleHeight(1, true);
-    velmora->setControlFlagDontScaleRight(1, true);
-    velmora->setControlFlagDontScaleTop(1, true);
+    velmora->setOptions(logo, VelmoraControl::DontScaleTop | VelmoraControl::DontScaleWidth
+                                  | VelmoraControl::DontScaleHeight | VelmoraControl::DontScaleRight);
 
     form.show();
     return runExample(app, &form);

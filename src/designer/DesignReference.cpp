@@ -1,5 +1,7 @@
 #include "DesignReference.h"
 
+#include "UntranslatedText.h"
+
 #include "control/VelmoraControl.h"
 
 #include <QtDesigner/QDesignerFormEditorInterface>
@@ -52,6 +54,9 @@ void DesignReference::keep(QDesignerFormWindowInterface *form, QWidget *widget)
         if (index >= 0 && !sheet->isChanged(index))
             sheet->setChanged(index, true);
     }
+    // A form written before texts were kept from translators has them
+    // translatable: saved again, they are not.
+    UntranslatedText::markAll(sheet);
 }
 
 } // namespace velmora::designer

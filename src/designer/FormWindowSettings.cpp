@@ -1,11 +1,15 @@
 #include "FormWindowSettings.h"
 
 #include "SheetPropertyCommand.h"
+#include "UntranslatedText.h"
 
 #include "control/VelmoraControl.h"
 
 #include <QtDesigner/QDesignerFormWindowCursorInterface>
+#include <QtDesigner/QDesignerFormEditorInterface>
 #include <QtDesigner/QDesignerFormWindowInterface>
+#include <QtDesigner/QDesignerPropertySheetExtension>
+#include <QtDesigner/QExtensionManager>
 
 #include <QMetaProperty>
 #include <QUndoStack>
@@ -117,6 +121,8 @@ bool write(QDesignerFormWindowInterface *form, VelmoraControl *target, const Vel
             change.setThroughSheet(QLatin1String(EntryKeys[key]) + QString::number(index), entryValue(edited, key, index));
     if (after < before)
         change.setThroughSheet(QStringLiteral("ControlFlagCount"), after);
+    // The cursor writes a text as translatable; the component's are not.
+    UntranslatedText::markAll(qt_extension<QDesignerPropertySheetExtension *>(form->core()->extensionManager(), target));
     return change.changed();
 }
 

@@ -1,5 +1,7 @@
 #include "SheetPropertyCommand.h"
 
+#include "UntranslatedText.h"
+
 #include <QtDesigner/QDesignerDynamicPropertySheetExtension>
 #include <QtDesigner/QDesignerFormEditorInterface>
 #include <QtDesigner/QDesignerFormWindowInterface>
@@ -90,6 +92,8 @@ void SheetPropertyCommand::set(const State &state)
         if (!state.value.isValid()) {
             if (index >= 0)
                 s.dynamic->removeDynamicProperty(index);
+        } else if (UntranslatedText::isText(m_name)) {
+            UntranslatedText::setDynamicText(s.sheet, s.dynamic, m_name, state.value.toString());
         } else {
             if (index < 0)
                 index = s.dynamic->addDynamicProperty(m_name, state.value);

@@ -1,6 +1,7 @@
 #include "VelmoraDesignerPlugin.h"
 
 #include "DesignReference.h"
+#include "RenameFollower.h"
 #include "DesignerIcons.h"
 #include "VelmoraTaskMenu.h"
 #include "VelmoraWidgetPlugin.h"
@@ -52,6 +53,7 @@ VelmoraDesignerPlugin::VelmoraDesignerPlugin(QObject *parent)
     : QObject(parent)
 {
     using velmora::designer::DesignReference;
+    using velmora::designer::RenameFollower;
     using velmora::designer::VelmoraTaskMenuFactory;
 
     m_widgets << new VelmoraWidgetPlugin(
@@ -66,6 +68,7 @@ VelmoraDesignerPlugin::VelmoraDesignerPlugin(QObject *parent)
          [](QDesignerFormEditorInterface *core) {
              VelmoraTaskMenuFactory::install(core);
              DesignReference::install(core);
+             RenameFollower::install(core);
          }},
         this);
     m_widgets << new VelmoraWidgetPlugin(

@@ -5,6 +5,8 @@
 //
 // The plugin carries its own copy of Velmora, so the widgets it makes are
 // reached through QObject's properties and Qt's widget classes only.
+#include "SettingsTable.h"
+
 #include "control/VelmoraControl.h"
 #include "control/VelmoraUiLoader.h"
 
@@ -54,6 +56,10 @@ private Q_SLOTS:
     void pagesWriteThroughTheFormWindow();
     void undoAndRedo();
     void savedFormScales();
+    void optionsFollowTheirControl_data();
+    void optionsFollowTheirControl();
+    void everySettingSurvivesTheEditor_data();
+    void everySettingSurvivesTheEditor();
 
 private:
     QDesignerFormWindowInterface *openForm(const QString &ui);
@@ -98,6 +104,27 @@ QMap<QString, QString> savedProperties(const QString &ui, const QString &widget)
                 property.clear();
             --depth;
         }
+    }
+    return out;
+}
+
+// The notr attribute of every <string> the component's properties hold.
+QMap<QString, QString> untranslated(const QString &ui)
+{
+    QMap<QString, QString> out;
+    QXmlStreamReader xml(ui);
+    bool inVelmora = false;
+    QString property;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (!xml.isStartElement())
+            continue;
+        if (xml.name() == QLatin1String("widget"))
+            inVelmora = xml.attributes().value(QLatin1String("class")) == QLatin1String("VelmoraControl");
+        else if (inVelmora && xml.name() == QLatin1String("property"))
+            property = xml.attributes().value(QLatin1String("name")).toString();
+        else if (inVelmora && xml.name() == QLatin1String("string"))
+            out.insert(property, xml.attributes().value(QLatin1String("notr")).toString());
     }
     return out;
 }
@@ -329,6 +356,8 @@ void tst_Designer::savesDesignReference()
     QCOMPARE(saved.value(QStringLiteral("ScaleBorders")), QStringLiteral("false"));
     QCOMPARE(saved.value(QStringLiteral("ControlFlagCount")), QStringLiteral("2"));
     QCOMPARE(saved.value(QStringLiteral("ControlFlagControlKey2")), QStringLiteral("lblDeleted"));
+    // A form written when keys were translatable is saved with them not.
+    QCOMPARE(untranslated(form->contents()).value(QStringLiteral("ControlFlagControlKey2")), QStringLiteral("true"));
     // Saved, not shown: the pages edit the count, the form is the design.
     auto *sheet = qt_extension<QDesignerPropertySheetExtension *>(m_core->extensionManager(), velmoraIn(form));
     for (const char *hidden : {"ControlFlagCount", "DesignFormWidth", "DesignFormHeight", "DesignFormScaleWidth",
@@ -476,6 +505,109 @@ void tst_Designer::savedFormScales()
     QCOMPARE(go->geometry(), QRect(20, 60, 100, 30)); // exempt as a whole
     QCOMPARE(shape->geometry(), QRect(400, 200, 200, 120));
     QCOMPARE(shape->property("BorderWidth"), QVariant(2));
+}
+
+void tst_Designer::optionsFollowTheirControl_data()
+{
+    // lblName exempt from scaling (its four locks) on the pages; then, in
+    // the editor, what happens to it; then another page edited and OK.
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QString>("key");      // lblName's key afterwards
+    QTest::newRow("brought to front") << "raise" << "lblName";
+    QTest::newRow("sent to back") << "lower" << "lblName";
+    QTest::newRow("renamed") << "rename" << "lblTitle";
+    QTest::newRow("renamed, and the rename undone") << "rename undo" << "lblName";
+    QTest::newRow("renamed, undone and redone") << "rename undo redo" << "lblTitle";
+}
+
+void tst_Designer::optionsFollowTheirControl()
+{
+    QFETCH(QString, change);
+    QFETCH(QString, key);
+    QDesignerFormWindowInterface *form = openForm(designedForm());
+    QVERIFY(form);
+    QVERIFY(editSettings(m_core, velmoraIn(form), QDialogButtonBox::Ok,
+                         [](QDialog *dialog) { check(page(dialog, "ScaleControls"), QStringLiteral("lblName")); }));
+    auto *lbl = form->mainContainer()->findChild<QLabel *>(QStringLiteral("lblName"));
+    QUndoStack *history = form->commandHistory();
+    for (const QString &step : change.split(u' ')) {
+        if (step == QLatin1String("raise"))
+            lbl->raise();
+        else if (step == QLatin1String("lower"))
+            lbl->lower();
+        else if (step == QLatin1String("rename"))
+            form->cursor()->setWidgetProperty(lbl, QStringLiteral("objectName"), QStringLiteral("lblTitle"));
+        else if (step == QLatin1String("undo"))
+            history->undo();
+        else if (step == QLatin1String("redo"))
+            history->redo();
+    }
+    QCOMPARE(lbl->objectName(), key);
+    // Another page edited: every option stays with its own control.
+    QVERIFY(editSettings(m_core, velmoraIn(form), QDialogButtonBox::Ok,
+                         [](QDialog *dialog) { check(page(dialog, "ScaleFonts"), QStringLiteral("cmdGo")); }));
+    const auto saved = velmoraOf(form);
+    const auto optionsOf = [&](const QString &control) {
+        QStringList on;
+        for (auto it = saved.cbegin(); it != saved.cend(); ++it) {
+            if (it.key().startsWith(QLatin1String("ControlFlagControlKey")) && it.value() == control) {
+                const QString n = it.key().mid(int(qstrlen("ControlFlagControlKey")));
+                for (const char *flag : {"Control", "Font", "Left", "Top", "Width", "Height", "Right", "Bottom"})
+                    if (saved.value(QStringLiteral("ControlFlagDontScale%1%2").arg(QLatin1String(flag), n))
+                        == QLatin1String("true"))
+                        on << QLatin1String(flag);
+            }
+        }
+        return on;
+    };
+    QCOMPARE(optionsOf(key), QStringList({"Control", "Font", "Left", "Top", "Width", "Height"}));
+    QCOMPARE(optionsOf(QStringLiteral("cmdGo")), QStringList{"Font"});
+    QCOMPARE(optionsOf(QStringLiteral("velmora")), QStringList());
+    // Names of controls are nothing for a translator.
+    for (auto it = saved.cbegin(); it != saved.cend(); ++it)
+        if (it.key().startsWith(QLatin1String("ControlFlagControlKey")))
+            QCOMPARE(untranslated(form->contents()).value(it.key()), QStringLiteral("true"));
+}
+
+void tst_Designer::everySettingSurvivesTheEditor_data()
+{
+    QTest::addColumn<QString>("how");
+    QTest::newRow("opened and saved") << "save";
+    QTest::newRow("Velmora Properties..., OK without an edit") << "ok";
+    QTest::newRow("Velmora Properties..., Cancel") << "cancel";
+}
+
+void tst_Designer::everySettingSurvivesTheEditor()
+{
+    QFETCH(QString, how);
+    VelmoraControl configured;
+    routes::configure(configured);
+    QDesignerFormWindowInterface *form = openForm(routes::formWith(configured.writeProperties()));
+    QVERIFY(form);
+    if (how != QLatin1String("save"))
+        QVERIFY(editSettings(m_core, velmoraIn(form),
+                             how == QLatin1String("ok") ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel,
+                             [](QDialog *) {}));
+    const QString ui = form->contents();
+    QByteArray bytes = ui.toUtf8();
+    QBuffer buffer(&bytes);
+    VelmoraUiLoader loader;
+    std::unique_ptr<QWidget> loaded(loader.load(&buffer));
+    QVERIFY(loaded);
+    auto *v = loaded->findChild<VelmoraControl *>();
+    QVERIFY(v);
+    for (const routes::Setting &s : routes::nonDefaultSettings())
+        QVERIFY2(v->property(s.name) == configured.property(s.name),
+                 qPrintable(QStringLiteral("%1: %2, not %3")
+                                .arg(QLatin1String(s.name), v->property(s.name).toString(),
+                                     configured.property(s.name).toString())));
+    QCOMPARE(v->ControlFlagCount(), configured.ControlFlagCount());
+    for (int i = 1; i <= v->ControlFlagCount(); ++i)
+        QCOMPARE(v->ControlFlagControlKey(i), configured.ControlFlagControlKey(i));
+    // Saved by the editor, the texts stay out of translators' hands.
+    const auto notr = untranslated(ui);
+    for (const char *name : {"WindowName", "ReplaceFontsWith", "ControlFlagControlKey1"})
+        QCOMPARE(notr.value(QLatin1String(name)), QStringLiteral("true"));
 }
 
 QTEST_MAIN(tst_Designer)

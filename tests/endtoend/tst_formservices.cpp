@@ -19,6 +19,8 @@
 #include <QTemporaryDir>
 #include <QTextCharFormat>
 #include <QUrl>
+#include "form/WindowSettings.h"
+
 #include <QtTest>
 
 namespace {
@@ -64,6 +66,7 @@ private Q_SLOTS:
     void savedStateRoundTrip();
     void namesStayOneGroup_data();
     void namesStayOneGroup();
+    void namesNeverShareAGroup();
     void unusableSettingsLeaveTheWindow_data();
     void unusableSettingsLeaveTheWindow();
     void sizeLimits_data();
@@ -201,6 +204,28 @@ void tst_FormServices::namesStayOneGroup()
     s.beginGroup(s.childGroups().at(0));
     QCOMPARE(s.childGroups(), QStringList());
     QCOMPARE(s.childKeys().size(), 5);
+}
+
+void tst_FormServices::namesNeverShareAGroup()
+{
+    // Every distinct window name gets its own group: empty and NUL, a name
+    // that looks encoded, and names UTF-8 cannot carry exactly.
+    const QStringList names = {QString(),
+                               QString(QChar(0)),
+                               QStringLiteral("%00"),
+                               QStringLiteral("%"),
+                               QStringLiteral("%u"),
+                               QString(QChar(0xD800)),
+                               QString(QChar(0xFFFD)),
+                               QString(QChar(0xDC00)) + QChar(0xD800),
+                               QStringLiteral("a"),
+                               QStringLiteral("A"),
+                               QStringLiteral("a/b"),
+                               QStringLiteral("a%2Fb")};
+    QSet<QString> groups;
+    for (const QString &name : names)
+        groups.insert(velmora::WindowSettings::groupFor(name));
+    QCOMPARE(groups.size(), names.size());
 }
 
 void tst_FormServices::unusableSettingsLeaveTheWindow_data()

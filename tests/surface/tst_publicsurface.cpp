@@ -57,6 +57,15 @@ private Q_SLOTS:
     void settingsWrittenIntoAUiComeBack();
     void locksReachTheLayout_data();
     void locksReachTheLayout();
+    void removedOptionsLeaveThePass_data();
+    void removedOptionsLeaveThePass();
+    void optionsByWidget();
+    void hostileSetters_data();
+    void hostileSetters();
+    void freshControlHasEntryZero();
+    void hostileUiFiles_data();
+    void hostileUiFiles();
+    void classesThatExtendThemselves();
 };
 
 void tst_PublicSurface::defaults_data()
@@ -517,6 +526,248 @@ void tst_PublicSurface::locksReachTheLayout()
     QVERIFY(QTest::qWaitFor([&] { return v->isFormReady(); }, 2000));
     form.resize(2000, 1500);
     QTRY_COMPARE(target->geometry(), expected);
+}
+
+void tst_PublicSurface::removedOptionsLeaveThePass_data()
+{
+    // lblA locked on all four sides by entry 1; then the entries change.
+    // Where lblA and lblB land when the 400 x 300 form doubles.
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QRect>("lblA");
+    QTest::addColumn<QRect>("lblB");
+    const QRect lockedA(20, 20, 100, 30), scaledA(40, 40, 200, 60);
+    const QRect lockedB(20, 200, 100, 30), scaledB(40, 400, 200, 60);
+    QTest::newRow("entry kept: locked") << "" << lockedA << scaledB;
+    QTest::newRow("count set to 0") << "count 0" << scaledA << scaledB;
+    QTest::newRow("re-keyed to lblB: only lblB locked") << "rekey" << scaledA << lockedB;
+    QTest::newRow("key blanked") << "blank" << scaledA << scaledB;
+    QTest::newRow("an empty bag read") << "read" << scaledA << scaledB;
+    QTest::newRow("settings initialised") << "init" << scaledA << scaledB;
+    QTest::newRow("its options cleared by widget") << "options" << scaledA << scaledB;
+    QTest::newRow("a later entry for the same key") << "later" << scaledA << scaledB;
+}
+
+void tst_PublicSurface::removedOptionsLeaveThePass()
+{
+    QFETCH(QString, change);
+    QFETCH(QRect, lblA);
+    QFETCH(QRect, lblB);
+    QWidget form;
+    form.resize(400, 300);
+    auto *a = new QLabel(QStringLiteral("A"), &form);
+    a->setObjectName(QStringLiteral("lblA"));
+    a->setGeometry(20, 20, 100, 30);
+    auto *b = new QLabel(QStringLiteral("B"), &form);
+    b->setObjectName(QStringLiteral("lblB"));
+    b->setGeometry(20, 200, 100, 30);
+    auto *c = new QLabel(QStringLiteral("C"), &form); // never locked: tells when the pass has run
+    c->setGeometry(200, 100, 50, 20);
+    auto *v = new VelmoraControl(&form);
+    v->setResizeOnMouseUp(false);
+    v->setControlFlagCount(1);
+    v->setControlFlagControlKey(1, QStringLiteral("lblA"));
+    for (auto setter : {&VelmoraControl::setControlFlagDontScaleLeft, &VelmoraControl::setControlFlagDontScaleTop,
+                        &VelmoraControl::setControlFlagDontScaleWidth, &VelmoraControl::setControlFlagDontScaleHeight})
+        (v->*setter)(1, true, nullptr);
+    form.show();
+    QVERIFY(QTest::qWaitFor([&] { return v->isFormReady(); }, 2000));
+    if (change == QLatin1String("count 0")) {
+        v->setControlFlagCount(0);
+    } else if (change == QLatin1String("rekey")) {
+        v->setControlFlagControlKey(1, QStringLiteral("lblB"));
+    } else if (change == QLatin1String("blank")) {
+        v->setControlFlagControlKey(1, QString());
+    } else if (change == QLatin1String("read")) {
+        v->readProperties({});
+    } else if (change == QLatin1String("init")) {
+        v->initProperties();
+    } else if (change == QLatin1String("options")) {
+        v->setOptions(a, VelmoraControl::NoOptions);
+    } else if (change == QLatin1String("later")) {
+        v->setControlFlagCount(2);
+        v->setControlFlagControlKey(2, QStringLiteral("lblA"));
+    }
+    v->setResizeOnMouseUp(false);
+    form.resize(800, 600);
+    QTRY_COMPARE(c->geometry(), QRect(400, 200, 100, 40));
+    QCOMPARE(a->geometry(), lblA);
+    QCOMPARE(b->geometry(), lblB);
+}
+
+void tst_PublicSurface::optionsByWidget()
+{
+    QWidget form;
+    form.resize(400, 300);
+    auto *logo = new QLabel(&form);
+    logo->setObjectName(QStringLiteral("logo"));
+    logo->setGeometry(330, 10, 60, 40);
+    auto *other = new QLabel(&form);
+    other->setObjectName(QStringLiteral("other"));
+    QWidget elsewhere;
+    auto *v = new VelmoraControl(&form);
+    v->setResizeOnMouseUp(false);
+    // Before the form is served: an entry is added, the arrays keep step.
+    QCOMPARE(v->options(logo), VelmoraControl::Options());
+    v->setOptions(logo, VelmoraControl::DontScaleLeft | VelmoraControl::DontScaleWidth | VelmoraControl::DontScaleHeight
+                            | VelmoraControl::DontScaleRight | VelmoraControl::DontScaleTop);
+    QCOMPARE(v->ControlFlagCount(), 1);
+    QCOMPARE(v->entryOf(QStringLiteral("logo")), 1);
+    QCOMPARE(v->ControlFlagControlKey(1), QStringLiteral("logo"));
+    QVERIFY(v->ControlFlagDontScaleRight(1) && !v->ControlFlagDontScaleBottom(1));
+    QCOMPARE(v->property("ControlFlagDontScaleRight1"), QVariant(true)); // saved with the form
+    // Setting again rewrites that entry, never adds one; no options and no
+    // entry adds nothing.
+    v->setOptions(logo, VelmoraControl::DontScaleWidth | VelmoraControl::DontScaleHeight | VelmoraControl::DontScaleRight
+                            | VelmoraControl::DontScaleTop);
+    v->setOptions(other, {});
+    QCOMPARE(v->ControlFlagCount(), 1);
+    QVERIFY(!v->ControlFlagDontScaleLeft(1));
+    // Not a control of its form: refused.
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("setOptions: .* is no control of the form"));
+    v->setOptions(&elsewhere, VelmoraControl::DontScaleFont);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("setOptions: .* is no control of the form"));
+    v->setOptions(&form, VelmoraControl::DontScaleFont);
+    QCOMPARE(v->options(&elsewhere), VelmoraControl::Options());
+    QCOMPARE(v->ControlFlagCount(), 1);
+    QCOMPARE(v->entryOf(QStringLiteral("nobody")), 0);
+    // The logo keeps its size and its distance to the top-right corner.
+    form.show();
+    QVERIFY(QTest::qWaitFor([&] { return v->isFormReady(); }, 2000));
+    form.resize(800, 600);
+    QTRY_COMPARE(logo->geometry(), QRect(730, 10, 60, 40));
+    // Once the form is served, too.
+    v->setOptions(other, VelmoraControl::DontScaleFont);
+    QCOMPARE(v->entryOf(QStringLiteral("other")), 2);
+    QCOMPARE(v->options(other), VelmoraControl::Options(VelmoraControl::DontScaleFont));
+}
+
+void tst_PublicSurface::hostileSetters_data()
+{
+    // A value given to a setter, what the setting then holds, and the
+    // warning that says why (empty: none).
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QVariant>("held");
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("FormPicture 50") << "FormPicture" << QVariant(50) << QVariant(0) << "names no constant";
+    QTest::newRow("FormClose -1") << "FormClose" << QVariant(-1) << QVariant(0) << "names no constant";
+    QTest::newRow("FormOpen 8") << "FormOpen" << QVariant(8) << QVariant(0) << "names no constant";
+    QTest::newRow("FormOpenTime 0.1, exactly") << "FormOpenTime" << QVariant(0.1) << QVariant(0.1) << "";
+    QTest::newRow("FormOpenTime to the millisecond") << "FormOpenTime" << QVariant(2.0004) << QVariant(2.0) << "";
+    QTest::newRow("FormOpenTime 1e39") << "FormOpenTime" << QVariant(1e39) << QVariant(10.0) << "outside 0 to 10 s";
+    QTest::newRow("FormCloseTime -0.5") << "FormCloseTime" << QVariant(-0.5) << QVariant(0.0) << "outside 0 to 10 s";
+    QTest::newRow("FormCloseTime inf") << "FormCloseTime" << QVariant(qInf()) << QVariant(1.0) << "is no duration";
+    QTest::newRow("FormCloseTime -inf") << "FormCloseTime" << QVariant(-qInf()) << QVariant(1.0) << "is no duration";
+    QTest::newRow("FormCloseTime NaN") << "FormCloseTime" << QVariant(qQNaN()) << QVariant(1.0) << "is no duration";
+    QTest::newRow("ControlFlagCount 40000") << "ControlFlagCount" << QVariant(40000) << QVariant(0) << "is no count";
+    QTest::newRow("ControlFlagCount 2000000000") << "ControlFlagCount" << QVariant(2000000000) << QVariant(0)
+                                                 << "is no count";
+    QTest::newRow("ControlFlagCount -1") << "ControlFlagCount" << QVariant(-1) << QVariant(0) << "is no count";
+    QTest::newRow("ControlFlagCount 32767") << "ControlFlagCount" << QVariant(32767) << QVariant(32767) << "";
+    QTest::newRow("ScaleX 150") << "ScaleX" << QVariant(150) << QVariant(100) << "no percentage";
+    QTest::newRow("MinHeight -3: no limit") << "MinHeight" << QVariant(-3) << QVariant(0) << "";
+}
+
+void tst_PublicSurface::hostileSetters()
+{
+    QFETCH(QString, name);
+    QFETCH(QVariant, value);
+    QFETCH(QVariant, held);
+    QFETCH(QString, warning);
+    VelmoraControl v;
+    if (!warning.isEmpty())
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(warning)));
+    QVERIFY(v.setProperty(name.toLatin1().constData(), value));
+    const QVariant now = v.property(name.toLatin1().constData());
+    QCOMPARE(now.metaType().id() == QMetaType::Double ? QVariant(now.toDouble()) : QVariant(now.toInt()), held);
+    // And it reads back as it is held: the saved settings give the same.
+    VelmoraControl copy;
+    copy.readProperties(v.writeProperties());
+    QCOMPARE(copy.property(name.toLatin1().constData()), now);
+    // The same value in a bag reads as the setter holds it (or as the
+    // default where the setter refused it).
+    VelmoraControl fromBag;
+    fromBag.readProperties({{name, value}});
+    if (name == QLatin1String("ControlFlagCount") && value.toInt() > 0 && value.toInt() <= 32767)
+        return;
+    QCOMPARE(fromBag.property(name.toLatin1().constData()), now);
+}
+
+void tst_PublicSurface::freshControlHasEntryZero()
+{
+    // A control nobody has given a count: entry 0 exists and holds nothing.
+    VelmoraControl v;
+    bool ok = false;
+    QCOMPARE(v.ControlFlagControlKey(0, &ok), QString());
+    QVERIFY(ok);
+    using Getter = bool (VelmoraControl::*)(int, bool *) const;
+    for (Getter g : {&VelmoraControl::ControlFlagDontScaleControl, &VelmoraControl::ControlFlagDontScaleFont,
+                     &VelmoraControl::ControlFlagDontScaleBorder, &VelmoraControl::ControlFlagDontScaleGraphic,
+                     &VelmoraControl::ControlFlagDontScaleLeft, &VelmoraControl::ControlFlagDontScaleTop,
+                     &VelmoraControl::ControlFlagDontScaleWidth, &VelmoraControl::ControlFlagDontScaleHeight,
+                     &VelmoraControl::ControlFlagDontScaleRight, &VelmoraControl::ControlFlagDontScaleBottom}) {
+        ok = false;
+        QVERIFY(!(v.*g)(0, &ok));
+        QVERIFY(ok);
+    }
+    v.setControlFlagDontScaleTop(0, true);
+    v.setControlFlagControlKey(0, QStringLiteral("k"));
+    QCOMPARE(v.ControlFlagCount(), 0);
+    QCOMPARE(v.entryOf(QStringLiteral("k")), 0);
+    QVERIFY(!record(&v, "k"));
+}
+
+void tst_PublicSurface::hostileUiFiles_data()
+{
+    QTest::addColumn<QString>("properties"); // the component's, in the .ui
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QVariant>("held");
+    QTest::newRow("a count of two thousand million")
+        << "<property name=\"ControlFlagCount\"><number>2000000000</number></property>" << "ControlFlagCount"
+        << QVariant(0);
+    QTest::newRow("an effect no constant names")
+        << "<property name=\"FormPicture\"><number>50</number></property>" << "FormPicture" << QVariant(0);
+    QTest::newRow("a time that is no number")
+        << "<property name=\"FormOpenTime\"><double>inf</double></property>" << "FormOpenTime" << QVariant(1.0);
+}
+
+void tst_PublicSurface::hostileUiFiles()
+{
+    QFETCH(QString, properties);
+    QFETCH(QString, name);
+    QFETCH(QVariant, held);
+    const QString ui = QStringLiteral("<ui version=\"4.0\"><class>F</class><widget class=\"QWidget\" name=\"F\">"
+                                      "<widget class=\"VelmoraControl\" name=\"velmora\">%1</widget></widget></ui>")
+                           .arg(properties);
+    QByteArray bytes = ui.toUtf8();
+    QBuffer buffer(&bytes);
+    VelmoraUiLoader loader;
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("VelmoraControl::set"));
+    std::unique_ptr<QWidget> form(loader.load(&buffer));
+    QVERIFY(form);
+    auto *v = form->findChild<VelmoraControl *>();
+    QVERIFY(v);
+    const QVariant now = v->property(name.toLatin1().constData());
+    QCOMPARE(now.metaType().id() == QMetaType::Double ? QVariant(now.toDouble()) : QVariant(now.toInt()), held);
+}
+
+void tst_PublicSurface::classesThatExtendThemselves()
+{
+    // A extends A, and A extends B extends A: Qt's loader asks for the base
+    // of the base for ever. The public loader makes them plain widgets.
+    QFile file(QFINDTESTDATA("../data/cyclic_bases.ui"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    VelmoraUiLoader loader;
+    QTest::ignoreMessage(QtWarningMsg, "VelmoraUiLoader: the declared bases of SelfMade lead back to it; made as a QWidget");
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("VelmoraUiLoader: the declared bases of P.ngWidget lead back"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("QFormBuilder was unable to create"));
+    QTest::failOnWarning(QRegularExpression("VelmoraUiLoader: the declared bases of SelfMade")); // once per class
+    std::unique_ptr<QWidget> form(loader.load(&file));
+    QVERIFY(form);
+    auto *selfMade = form->findChild<QWidget *>(QStringLiteral("selfMade"));
+    QVERIFY(selfMade);
+    QCOMPARE(selfMade->geometry(), QRect(10, 10, 120, 80));
+    QVERIFY(form->findChild<QLabel *>(QStringLiteral("selfMadeCaption")));
 }
 
 QTEST_MAIN(tst_PublicSurface)
