@@ -78,15 +78,17 @@ bool VelmoraControlPrivate::setFlagCount(int count, const char *member)
     flagTable.setCount(count);
     for (const std::string &key : dropped)
         refreshRecord(key);
-    if (count < before) {
+    if (count < before && !mirrorOff) {
         // The object's indexed keys say what the table holds, nothing more.
+        static const QRegularExpression indexed(QStringLiteral("^ControlFlag[A-Za-z]+?([1-9][0-9]{0,4})$"));
         syncingDynamic = true;
-        for (int i = count + 1; i <= before; ++i)
-            for (int f = -1; f < ControlFlagTable::FlagCount; ++f) {
-                const QByteArray name = indexedKey(f, i).toLatin1();
-                if (q->property(name.constData()).isValid())
-                    q->setProperty(name.constData(), QVariant());
+        for (const QByteArray &name : q->dynamicPropertyNames()) {
+            const auto m = indexed.match(QString::fromLatin1(name));
+            if (m.hasMatch() && m.captured(1).toInt() > count) {
+                q->setProperty(name.constData(), QVariant());
+                mirrored = qMax(0, mirrored - 1);
             }
+        }
         syncingDynamic = false;
     } else {
         // Entries the form gave before their count: read now.
@@ -117,20 +119,46 @@ QVariantMap VelmoraControlPrivate::dynamicFlagBag() const
     return bag;
 }
 
-void VelmoraControlPrivate::mirrorFlag(const QString &key, const QVariant &value, bool isDefault)
+void VelmoraControlPrivate::mirrorFlag(const QString &key, const QVariant &value, bool wasDefault, bool isDefault)
 {
     // Kept as a dynamic property of the same name, so that a form saved by
     // a form builder carries it; a default is left out, as in any bag.
+    if (mirrorOff || (wasDefault && isDefault))
+        return;
+    if (wasDefault && mirrored >= MirrorLimit) {
+        stopMirroring(mirrored + 1);
+        return;
+    }
     syncingDynamic = true;
     q->setProperty(key.toLatin1().constData(), isDefault ? QVariant() : value);
     syncingDynamic = false;
+    mirrored += wasDefault ? 1 : isDefault ? -1 : 0;
+}
+
+void VelmoraControlPrivate::dropMirror()
+{
+    syncingDynamic = true;
+    for (const QByteArray &name : q->dynamicPropertyNames())
+        if (name.startsWith("ControlFlag"))
+            q->setProperty(name.constData(), QVariant());
+    syncingDynamic = false;
+    mirrored = 0;
+}
+
+void VelmoraControlPrivate::stopMirroring(int needed)
+{
+    dropMirror();
+    mirrorOff = true;
+    qWarning("VelmoraControl: %d per-control options are more than are kept as dynamic properties (%d); a form "
+             "builder saving the form does not see them (writeProperties() has them all)",
+             needed, MirrorLimit);
 }
 
 bool VelmoraControlPrivate::dynamicPropertyChanged(const QByteArray &name)
 {
     if (syncingDynamic || !name.startsWith("ControlFlag"))
         return false;
-    static const QRegularExpression indexed(QStringLiteral("^(ControlFlag[A-Za-z]+?)([1-9][0-9]{0,4})$"));
+    static const QRegularExpression indexed(QStringLiteral("^ControlFlag([A-Za-z]+?)([1-9][0-9]{0,4})$"));
     const auto m = indexed.match(QString::fromLatin1(name));
     if (!m.hasMatch())
         return false;
@@ -140,29 +168,40 @@ bool VelmoraControlPrivate::dynamicPropertyChanged(const QByteArray &name)
     // count grows to it (a form may set the count after its entries).
     if (!ok || index > flagTable.count())
         return true;
-    // Only this entry's keys: a form gives its entries one key at a time.
-    QVariantMap entry;
-    for (int f = -1; f < ControlFlagTable::FlagCount; ++f) {
-        const QString key = indexedKey(f, index);
-        entry.insert(key, q->property(key.toLatin1().constData()));
-    }
-    readFlagEntry(index, entry);
+    // Only the value that changed: a form gives its entries one key at a
+    // time, and reading a dynamic property walks through all of them.
+    const QString base = m.captured(1);
+    int f = base == QLatin1String("ControlKey") ? -1 : ControlFlagTable::FlagCount;
+    for (int i = 0; f == ControlFlagTable::FlagCount && i < ControlFlagTable::FlagCount; ++i)
+        if (base == QLatin1String(ControlFlagTable::flagName(ControlFlagTable::Flag(i))))
+            f = i;
+    if (f < ControlFlagTable::FlagCount)
+        readFlagValue(f, index, q->property(name.constData()));
     return true;
 }
 
 void VelmoraControlPrivate::mirrorAllFlags()
 {
-    syncingDynamic = true;
-    for (const QByteArray &name : q->dynamicPropertyNames())
-        if (name.startsWith("ControlFlag"))
-            q->setProperty(name.constData(), QVariant());
-    syncingDynamic = false;
+    int needed = 0;
+    for (int i = 1; i <= flagTable.count(); ++i) {
+        needed += flagTable.controlKey(i).empty() ? 0 : 1;
+        for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
+            needed += flagTable.flag(ControlFlagTable::Flag(f), i) ? 1 : 0;
+    }
+    if (needed > MirrorLimit) {
+        stopMirroring(needed);
+        return;
+    }
+    // The object's indexed keys say what the table holds, nothing more: a
+    // stale one would come back as an entry when the count next grows.
+    dropMirror();
+    mirrorOff = false;
     for (int i = 1; i <= flagTable.count(); ++i) {
         const QString key = QString::fromStdString(flagTable.controlKey(i));
-        mirrorFlag(indexedKey(-1, i), key, key.isEmpty());
+        mirrorFlag(indexedKey(-1, i), key, true, key.isEmpty());
         for (int f = 0; f < ControlFlagTable::FlagCount; ++f) {
             const bool on = flagTable.flag(ControlFlagTable::Flag(f), i);
-            mirrorFlag(indexedKey(f, i), on, !on);
+            mirrorFlag(indexedKey(f, i), on, true, !on);
         }
     }
 }
@@ -195,7 +234,7 @@ void VelmoraControlPrivate::setFlag(int f, int index, bool on, bool *ok)
     if (index == 0 || before == on)
         return; // entry 0 is held, but is no entry
     refreshRecord(flagTable.controlKey(index));
-    mirrorFlag(indexedKey(f, index), on, !on);
+    mirrorFlag(indexedKey(f, index), on, !before, !on);
     changed(member.c_str() + 3); // the property's own name, without "set"
 }
 
@@ -230,14 +269,15 @@ void VelmoraControl::setControlFlagControlKey(int index, const QString &key, boo
     if (!d->flagIndexOk("setControlFlagControlKey", index, ok))
         return;
     const std::string k = key.toStdString();
-    if (d->flagTable.controlKey(index) == k)
+    const std::string old = d->flagTable.controlKey(index);
+    if (old == k)
         return;
     if (index == 0) {
         d->flagTable.setControlKey(0, k);
         return;
     }
     d->setFlagKey(index, k);
-    d->mirrorFlag(VelmoraControlPrivate::indexedKey(-1, index), key, key.isEmpty());
+    d->mirrorFlag(VelmoraControlPrivate::indexedKey(-1, index), key, old.empty(), key.isEmpty());
     d->changed("ControlFlagControlKey");
 }
 

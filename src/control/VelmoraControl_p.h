@@ -62,6 +62,8 @@ public:
     bool setFlagCount(int count, const char *member);
     void setFlagKey(int index, const std::string &key);
     void readFlagEntry(int index, const QVariantMap &bag);
+    // One value of entry `index` as a bag holds it (f as for indexedKey).
+    void readFlagValue(int f, int index, const QVariant &value);
     // The saved name of entry `index` of one array: f is a
     // ControlFlagTable::Flag, or -1 for the keys ("ControlFlagControlKey3").
     static QString indexedKey(int f, int index);
@@ -74,10 +76,21 @@ public:
     // The indexed keys kept on the component as dynamic properties (as a
     // form loaded from a .ui gives them, and as a form builder saves them).
     QVariantMap dynamicFlagBag() const;
-    void mirrorFlag(const QString &key, const QVariant &value, bool isDefault);
+    // A value going from or to its default adds or removes the property.
+    void mirrorFlag(const QString &key, const QVariant &value, bool wasDefault, bool isDefault);
     bool dynamicPropertyChanged(const QByteArray &name);
     void mirrorAllFlags();
+    void dropMirror();
+    void stopMirroring(int needed);
     bool syncingDynamic = false;
+    // Qt finds a dynamic property by a walk through all of them: past this
+    // many, every change would cost a walk through thousands, and a form
+    // of tens of thousands of entries would take minutes to read. Beyond it
+    // the entries are kept in the table alone (writeProperties() still has
+    // them all).
+    static constexpr int MirrorLimit = 8192;
+    int mirrored = 0; // the indexed keys set on the object, at most
+    bool mirrorOff = false;
 
     // At design time, the four design sizes of the form as it stands
     // (outer width and height in twips, inner in the form's units).

@@ -168,6 +168,16 @@ void VelmoraControlPrivate::readFlagEntry(int index, const QVariantMap &bag)
     refreshRecord(flagTable.controlKey(index));
 }
 
+void VelmoraControlPrivate::readFlagValue(int f, int index, const QVariant &value)
+{
+    if (f < 0) {
+        setFlagKey(index, textOf(value, QString()).toStdString());
+        return;
+    }
+    flagTable.setFlag(ControlFlagTable::Flag(f), index, boolOf(value, false));
+    refreshRecord(flagTable.controlKey(index));
+}
+
 std::optional<std::array<float, 4>> VelmoraControlPrivate::measuredDesignSizes() const
 {
     using namespace velmora::qt;

@@ -3,26 +3,14 @@
 // at the moment it is saved, however the form was made or loaded.
 #pragma once
 
-#include <QObject>
-
-class QDesignerFormEditorInterface;
 class QDesignerFormWindowInterface;
+class QWidget;
 
-namespace velmora::designer {
+namespace velmora::designer::DesignReference {
 
-class DesignReference : public QObject {
-    Q_OBJECT
-public:
-    // Once per form editor.
-    static void install(QDesignerFormEditorInterface *core);
+// Marks the design sizes of a component of the form as properties to save
+// (a property the form was not given is saved only so marked), and its
+// texts as not translatable. Anything else is left alone.
+void keep(QDesignerFormWindowInterface *form, QWidget *widget);
 
-    // Marks the design sizes of the form's components as properties to
-    // save (a property the form was not given is saved only so marked).
-    static void keep(QDesignerFormWindowInterface *form, QWidget *widget);
-
-private:
-    explicit DesignReference(QDesignerFormEditorInterface *core);
-    void watch(QDesignerFormWindowInterface *form);
-};
-
-} // namespace velmora::designer
+} // namespace velmora::designer::DesignReference

@@ -7,7 +7,6 @@
 #include <QtDesigner/QDesignerDynamicPropertySheetExtension>
 #include <QtDesigner/QDesignerFormEditorInterface>
 #include <QtDesigner/QDesignerFormWindowInterface>
-#include <QtDesigner/QDesignerFormWindowManagerInterface>
 #include <QtDesigner/QDesignerPropertyEditorInterface>
 #include <QtDesigner/QDesignerPropertySheetExtension>
 #include <QtDesigner/QExtensionManager>
@@ -27,36 +26,12 @@ QString keyOf(const QObject *widget, const QString &name)
 
 } // namespace
 
-void RenameFollower::install(QDesignerFormEditorInterface *core)
+RenameFollower::RenameFollower(QObject *parent)
+    : QObject(parent)
 {
-    new RenameFollower(core);
 }
 
-RenameFollower::RenameFollower(QDesignerFormEditorInterface *core)
-    : QObject(core)
-{
-    QDesignerFormWindowManagerInterface *manager = core->formWindowManager();
-    for (int i = 0; i < manager->formWindowCount(); ++i)
-        watchForm(manager->formWindow(i));
-    connect(manager, &QDesignerFormWindowManagerInterface::formWindowAdded, this, &RenameFollower::watchForm);
-}
-
-void RenameFollower::watchForm(QDesignerFormWindowInterface *form)
-{
-    const auto watchAll = [this, form] {
-        if (QWidget *root = form->mainContainer())
-            for (QWidget *w : root->findChildren<QWidget *>())
-                if (form->isManaged(w))
-                    watchWidget(form, w);
-    };
-    connect(form, &QDesignerFormWindowInterface::widgetManaged, this,
-            [this, form](QWidget *w) { watchWidget(form, w); });
-    connect(form, &QDesignerFormWindowInterface::mainContainerChanged, this, watchAll);
-    connect(form, &QDesignerFormWindowInterface::changed, this, watchAll);
-    watchAll();
-}
-
-void RenameFollower::watchWidget(QDesignerFormWindowInterface *, QWidget *widget)
+void RenameFollower::watch(QWidget *widget)
 {
     if (!widget || m_names.contains(widget))
         return;

@@ -6,23 +6,17 @@
 
 #include <QHash>
 #include <QObject>
-#include <QPointer>
-
-class QDesignerFormEditorInterface;
-class QDesignerFormWindowInterface;
 
 namespace velmora::designer {
 
 class RenameFollower : public QObject {
     Q_OBJECT
 public:
-    // Once per form editor.
-    static void install(QDesignerFormEditorInterface *core);
+    explicit RenameFollower(QObject *parent);
+    // Follows the widget's renames from now on (once, however often asked).
+    void watch(QWidget *widget);
 
 private:
-    explicit RenameFollower(QDesignerFormEditorInterface *core);
-    void watchForm(QDesignerFormWindowInterface *form);
-    void watchWidget(QDesignerFormWindowInterface *form, QWidget *widget);
     void renamed(QWidget *widget);
 
     // The name each watched widget had when last seen.

@@ -1,7 +1,6 @@
 #include "VelmoraDesignerPlugin.h"
 
-#include "DesignReference.h"
-#include "RenameFollower.h"
+#include "FormWatch.h"
 #include "DesignerIcons.h"
 #include "VelmoraTaskMenu.h"
 #include "VelmoraWidgetPlugin.h"
@@ -52,8 +51,7 @@ QString controlWhatsThis()
 VelmoraDesignerPlugin::VelmoraDesignerPlugin(QObject *parent)
     : QObject(parent)
 {
-    using velmora::designer::DesignReference;
-    using velmora::designer::RenameFollower;
+    using velmora::designer::FormWatch;
     using velmora::designer::VelmoraTaskMenuFactory;
 
     m_widgets << new VelmoraWidgetPlugin(
@@ -67,8 +65,7 @@ VelmoraDesignerPlugin::VelmoraDesignerPlugin(QObject *parent)
          },
          [](QDesignerFormEditorInterface *core) {
              VelmoraTaskMenuFactory::install(core);
-             DesignReference::install(core);
-             RenameFollower::install(core);
+             FormWatch::install(core);
          }},
         this);
     m_widgets << new VelmoraWidgetPlugin(

@@ -2,6 +2,7 @@
 
 #include "control/VelmoraControl.h"
 #include "control/VelmoraUiLoader.h"
+#include "layout/ControlFlags.h"
 
 namespace routes {
 
@@ -47,6 +48,17 @@ QString formWith(const QVariantMap &bag)
                "   <header>control/VelmoraControl.h</header>\n  </customwidget>\n </customwidgets>\n"
                " <resources/>\n <connections/>\n</ui>\n")
         .arg(VelmoraUiLoader::settingsXml(bag, 3));
+}
+
+QString switches(const velmora::ControlFlags *f)
+{
+    if (!f)
+        return QStringLiteral("(none)");
+    QString s;
+    for (bool b : {f->DontScaleControl, f->DontScaleFont, f->DontScaleBorder, f->DontScaleGraphic, f->DontScaleLeft,
+                   f->DontScaleTop, f->DontScaleWidth, f->DontScaleHeight, f->DontScaleRight, f->DontScaleBottom})
+        s += b ? QLatin1Char('1') : QLatin1Char('0');
+    return s;
 }
 
 } // namespace routes

@@ -10,6 +10,10 @@
 
 class VelmoraControl;
 
+namespace velmora {
+struct ControlFlags;
+}
+
 namespace routes {
 
 struct Setting {
@@ -76,5 +80,8 @@ inline bool isSetting(const char *name)
 void configure(VelmoraControl &control);
 // A form (400 x 300, two labels) whose component carries `bag`, as a .ui.
 QString formWith(const QVariantMap &bag);
+// A record's ten switches in their saved order, '1' for on; "(none)" for no
+// record.
+QString switches(const velmora::ControlFlags *flags);
 
 } // namespace routes

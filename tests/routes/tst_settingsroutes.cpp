@@ -51,15 +51,18 @@ QString setText(const QVariant &v)
     return v.toString();
 }
 
-QString switches(const velmora::ControlFlags *f)
+// velmora-preview's --set, one NAME=VALUE after another; false at the
+// first one refused.
+bool setAll(VelmoraControl *c, const QStringList &sets)
 {
-    if (!f)
-        return QStringLiteral("(none)");
-    QString s;
-    for (bool b : {f->DontScaleControl, f->DontScaleFont, f->DontScaleBorder, f->DontScaleGraphic, f->DontScaleLeft,
-                   f->DontScaleTop, f->DontScaleWidth, f->DontScaleHeight, f->DontScaleRight, f->DontScaleBottom})
-        s += b ? QLatin1Char('1') : QLatin1Char('0');
-    return s;
+    for (const QString &set : sets) {
+        QString error;
+        if (!setControlProperty(c, set, &error)) {
+            qWarning("%s", qPrintable(error));
+            return false;
+        }
+    }
+    return true;
 }
 
 std::unique_ptr<QWidget> loadUi(const QString &ui)
@@ -177,14 +180,7 @@ void tst_SettingsRoutes::initTestCase()
                             .arg(i + 1)
                             .arg(list[std::size_t(i)].flags[f] == '1' ? u"true" : u"false");
         }
-        for (const QString &set : sets) {
-            QString error;
-            if (!setControlProperty(c, set, &error)) {
-                qWarning("%s", qPrintable(error));
-                return false;
-            }
-        }
-        return true;
+        return setAll(c, sets);
     }), true);
     // --set of every setting back to its default, on a form with them all.
     arrive(QStringLiteral("--set, defaults"), viaSettingsFile(m_allSettings, [](VelmoraControl *c) {
@@ -192,19 +188,11 @@ void tst_SettingsRoutes::initTestCase()
         QStringList sets{QStringLiteral("ControlFlagCount=0")};
         for (const routes::Setting &s : routes::nonDefaultSettings())
             sets << QStringLiteral("%1=%2").arg(QLatin1String(s.name), setText(fresh.property(s.name)));
-        for (const QString &set : sets) {
-            QString error;
-            if (!setControlProperty(c, set, &error)) {
-                qWarning("%s", qPrintable(error));
-                return false;
-            }
-        }
-        return true;
+        return setAll(c, sets);
     }), false);
     // --set of one setting leaves every other as it stood.
     arrive(QStringLiteral("--set of another setting"), viaSettingsFile(m_allSettings, [](VelmoraControl *c) {
-        QString error;
-        return setControlProperty(c, QStringLiteral("CenterY=true"), &error);
+        return setAll(c, {QStringLiteral("CenterY=true")});
     }), true);
     // --settings: the pages opened and closed with OK, nothing edited.
     arrive(QStringLiteral("--settings, OK"), viaSettingsFile(m_allSettings, [](VelmoraControl *c) {
@@ -272,7 +260,7 @@ void tst_SettingsRoutes::entries()
         const QString key = QString::fromUtf8(list[std::size_t(i)].key);
         QCOMPARE(a.control->ControlFlagControlKey(i + 1), key);
         // The records the pass reads follow the entries.
-        QCOMPARE(switches(d->engine.store().flags(key.toStdString())), QLatin1String(list[std::size_t(i)].flags));
+        QCOMPARE(routes::switches(d->engine.store().flags(key.toStdString())), QLatin1String(list[std::size_t(i)].flags));
     }
 }
 

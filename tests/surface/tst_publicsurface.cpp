@@ -4,6 +4,7 @@
 #include "control/VelmoraControl.h"
 #include "control/VelmoraControl_p.h"
 #include "control/VelmoraUiLoader.h"
+#include "SettingsTable.h"
 #include "ui_settingsform.h"
 
 #include <QBuffer>
@@ -22,17 +23,7 @@ const velmora::ControlFlags *record(VelmoraControl *v, const char *key)
     return VelmoraControlPrivate::get(v)->engine.store().flags(key);
 }
 
-// A record's ten switches as text, for comparing records.
-QString switches(const velmora::ControlFlags *f)
-{
-    if (!f)
-        return QStringLiteral("(none)");
-    QString s;
-    for (bool b : {f->DontScaleControl, f->DontScaleFont, f->DontScaleBorder, f->DontScaleGraphic, f->DontScaleLeft,
-                   f->DontScaleTop, f->DontScaleWidth, f->DontScaleHeight, f->DontScaleRight, f->DontScaleBottom})
-        s += b ? QLatin1Char('1') : QLatin1Char('0');
-    return s;
-}
+using routes::switches;
 
 } // namespace
 
