@@ -498,7 +498,7 @@ void VelmoraControl::setScaleX(int percent)
     const auto before = ScaleX();
     d->driver.placement.ScaleX = velmora::WindowPlacement::clampPercent(percent);
     if (ScaleX() != percent)
-        qWarning("VelmoraControl::setScaleX: %d is no percentage; %d is used", percent, ScaleX());
+        qWarning("VelmoraControl::setScaleX: %d is no percentage (0 to 100); %d is used", percent, ScaleX());
     place(*d, [&](velmora::qt::QtForm &f) {
         d->driver.placement.applyInitialSize(f);
         d->driver.placement.applyCenterX(f);
@@ -512,7 +512,7 @@ void VelmoraControl::setScaleY(int percent)
     const auto before = ScaleY();
     d->driver.placement.ScaleY = velmora::WindowPlacement::clampPercent(percent);
     if (ScaleY() != percent)
-        qWarning("VelmoraControl::setScaleY: %d is no percentage; %d is used", percent, ScaleY());
+        qWarning("VelmoraControl::setScaleY: %d is no percentage (0 to 100); %d is used", percent, ScaleY());
     place(*d, [&](velmora::qt::QtForm &f) {
         d->driver.placement.applyInitialSize(f);
         d->driver.placement.applyCenterY(f);

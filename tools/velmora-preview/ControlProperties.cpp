@@ -105,9 +105,12 @@ private:
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
     {
         if (type == QtWarningMsg && s_current) {
-            // "VelmoraControl::setScaleX: 150 is no percentage ..." -> the reason
+            // "VelmoraControl::setScaleX: 150 is no percentage (0 to 100); 100
+            // is used" -> the reason alone
             const qsizetype colon = text.indexOf(QLatin1String(": "));
-            s_current->m_caught << (colon >= 0 ? text.mid(colon + 2) : text);
+            QString reason = colon >= 0 ? text.mid(colon + 2) : text;
+            reason.truncate(reason.indexOf(QLatin1String("; ")));
+            s_current->m_caught << reason;
             return;
         }
         if (s_current && s_current->m_previous)
@@ -220,8 +223,12 @@ bool setControlProperty(QObject *control, const QString &assignment, QString *er
     const QVariant held = p.read(control);
     if (!written || !reason.isEmpty() || !sameValue(held, value)) {
         p.write(control, before);
-        if (reason.isEmpty() && written)
-            reason = QStringLiteral("it would be held as %1").arg(held.toString());
+        // Held otherwise (rather than refused by the setter): say as what.
+        const bool refusedBySetter = !reason.isEmpty() && sameValue(held, before);
+        if (written && !refusedBySetter) {
+            const QString as = QStringLiteral("it would be held as %1").arg(held.toString());
+            reason = reason.isEmpty() ? as : QStringLiteral("%1 (%2)").arg(reason, as);
+        }
         *error = QStringLiteral("--property: %1=%2 refused%3").arg(name, text.trimmed(),
                                                                   reason.isEmpty() ? QString() : QStringLiteral(": ") + reason);
         return false;
