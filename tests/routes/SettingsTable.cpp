@@ -12,18 +12,20 @@ void configure(VelmoraControl &control)
         control.setProperty(s.name, s.value);
     const auto list = entries();
     control.setControlFlagCount(int(list.size()));
-    using Setter = void (VelmoraControl::*)(int, bool, bool *);
-    static const Setter setters[] = {
-        &VelmoraControl::setControlFlagDontScaleControl, &VelmoraControl::setControlFlagDontScaleFont,
-        &VelmoraControl::setControlFlagDontScaleBorder,  &VelmoraControl::setControlFlagDontScaleGraphic,
-        &VelmoraControl::setControlFlagDontScaleLeft,    &VelmoraControl::setControlFlagDontScaleTop,
-        &VelmoraControl::setControlFlagDontScaleWidth,   &VelmoraControl::setControlFlagDontScaleHeight,
-        &VelmoraControl::setControlFlagDontScaleRight,   &VelmoraControl::setControlFlagDontScaleBottom,
-    };
     for (int i = 0; i < int(list.size()); ++i) {
-        control.setControlFlagControlKey(i + 1, QString::fromUtf8(list[std::size_t(i)].key));
-        for (int f = 0; f < 10; ++f)
-            (control.*setters[f])(i + 1, list[std::size_t(i)].flags[f] == '1', nullptr);
+        const int entry = i + 1;
+        const char *flags = list[std::size_t(i)].flags;
+        control.setControlFlagControlKey(entry, QString::fromUtf8(list[std::size_t(i)].key));
+        control.setControlFlagDontScaleControl(entry, flags[0] == '1');
+        control.setControlFlagDontScaleFont(entry, flags[1] == '1');
+        control.setControlFlagDontScaleBorder(entry, flags[2] == '1');
+        control.setControlFlagDontScaleGraphic(entry, flags[3] == '1');
+        control.setControlFlagDontScaleLeft(entry, flags[4] == '1');
+        control.setControlFlagDontScaleTop(entry, flags[5] == '1');
+        control.setControlFlagDontScaleWidth(entry, flags[6] == '1');
+        control.setControlFlagDontScaleHeight(entry, flags[7] == '1');
+        control.setControlFlagDontScaleRight(entry, flags[8] == '1');
+        control.setControlFlagDontScaleBottom(entry, flags[9] == '1');
     }
 }
 
