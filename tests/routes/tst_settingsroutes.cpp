@@ -154,6 +154,14 @@ void tst_SettingsRoutes::initTestCase()
         return form;
     }(), false);
 
+    arrive(QStringLiteral("initProperties, defaults"), [] {
+        auto form = std::make_shared<QWidget>();
+        auto *c = new VelmoraControl(form.get());
+        routes::configure(*c);
+        c->initProperties();
+        return form;
+    }(), false);
+
     arrive(QStringLiteral(".ui by VelmoraUiLoader"), loadUi(m_allSettings), true);
     arrive(QStringLiteral(".ui by VelmoraUiLoader, defaults"), loadUi(routes::formWith({})), false);
 
