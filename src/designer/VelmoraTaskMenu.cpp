@@ -53,8 +53,8 @@ void VelmoraTaskMenu::editSettings()
             FormWindowSettings::write(form, m_control, copy);
     };
     connect(&dialog, &VelmoraPropertyDialog::applied, &dialog, write);
-    // Opening the pages may have blanked entries of controls that have
-    // gone; OK keeps that even when no page was changed.
+    // OK applies the pages that found entries to put right (a control
+    // deleted, raised or lowered) even when none was edited: write them too.
     connect(&dialog, &QDialog::accepted, &dialog, write);
     dialog.exec();
 }
