@@ -43,10 +43,11 @@ VelmoraError errorObject(const velmora::HostError &error)
 
 void VelmoraControlPrivate::changed(const char *name)
 {
-    if (!q)
-        return;
-    Q_EMIT q->PropertyChanged(QString::fromLatin1(name));
-    Q_EMIT q->settingsChanged();
+    // A slot of the first signal may delete the control.
+    if (q)
+        Q_EMIT q->PropertyChanged(QString::fromLatin1(name));
+    if (q)
+        Q_EMIT q->settingsChanged();
 }
 
 VelmoraControlPrivate::VelmoraControlPrivate(VelmoraControl *owner)
@@ -319,11 +320,14 @@ void VelmoraControl::setDesignTime(bool on)
 bool VelmoraControl::ScaleControls() const { return d->driver.ScaleControls; }
 void VelmoraControl::setScaleControls(bool on)
 {
-    const auto before = ScaleControls();
+    // A pass may run, and one of its slots delete this control: what follows
+    // it uses only the internals, which outlive the call.
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->driver.ScaleControls != on;
     d->driver.ScaleControls = on;
     if (d->engine.FormReady)
         d->driver.FormResized();
-    if (ScaleControls() != before)
+    if (differs)
         d->changed("ScaleControls");
 }
 bool VelmoraControl::ScaleFonts() const { return d->engine.ScaleFonts; }
@@ -362,13 +366,14 @@ bool VelmoraControl::GradientFill() const { return d->engine.GradientFill; }
 
 void VelmoraControl::setGradientFill(bool on)
 {
-    const auto before = GradientFill();
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->engine.GradientFill != on;
     d->engine.GradientFill = on;
     if (on)
         d->driver.drawGradient();
     else if (const auto &form = d->driver.hostForm())
         form->call("Cls", {}); // the painted background, whatever else was drawn into it
-    if (GradientFill() != before)
+    if (differs)
         d->changed("GradientFill");
 }
 
@@ -376,11 +381,12 @@ int VelmoraControl::GradientColour() const { return int(d->driver.GradientColour
 
 void VelmoraControl::setGradientColour(int colour)
 {
-    const auto before = GradientColour();
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->driver.GradientColour != std::uint32_t(colour);
     d->driver.GradientColour = std::uint32_t(colour);
     if (d->engine.GradientFill)
         d->driver.drawGradient();
-    if (GradientColour() != before)
+    if (differs)
         d->changed("GradientColour");
 }
 
@@ -477,56 +483,71 @@ void VelmoraControl::setFormCloseTime(double seconds)
 bool VelmoraControl::CenterX() const { return d->driver.placement.CenterX; }
 void VelmoraControl::setCenterX(bool on)
 {
-    const auto before = CenterX();
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->driver.placement.CenterX != on;
     d->driver.placement.CenterX = on;
     place(*d, [&](velmora::qt::QtForm &f) { d->driver.placement.applyCenterX(f); });
-    if (CenterX() != before)
+    if (differs)
         d->changed("CenterX");
 }
 bool VelmoraControl::CenterY() const { return d->driver.placement.CenterY; }
 void VelmoraControl::setCenterY(bool on)
 {
-    const auto before = CenterY();
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->driver.placement.CenterY != on;
     d->driver.placement.CenterY = on;
     place(*d, [&](velmora::qt::QtForm &f) { d->driver.placement.applyCenterY(f); });
-    if (CenterY() != before)
+    if (differs)
         d->changed("CenterY");
 }
 int VelmoraControl::ScaleX() const { return d->driver.placement.ScaleX; }
 void VelmoraControl::setScaleX(int percent)
 {
-    const auto before = ScaleX();
-    d->driver.placement.ScaleX = velmora::WindowPlacement::clampPercent(percent);
-    if (ScaleX() != percent)
-        qWarning("VelmoraControl::setScaleX: %d is no percentage (0 to 100); %d is used", percent, ScaleX());
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const int held = velmora::WindowPlacement::clampPercent(percent);
+    const bool differs = d->driver.placement.ScaleX != held;
+    d->driver.placement.ScaleX = held;
+    if (held != percent)
+        qWarning("VelmoraControl::setScaleX: %d is no percentage (0 to 100); %d is used", percent, held);
     place(*d, [&](velmora::qt::QtForm &f) {
         d->driver.placement.applyInitialSize(f);
         d->driver.placement.applyCenterX(f);
     });
-    if (ScaleX() != before)
+    if (differs)
         d->changed("ScaleX");
 }
 int VelmoraControl::ScaleY() const { return d->driver.placement.ScaleY; }
 void VelmoraControl::setScaleY(int percent)
 {
-    const auto before = ScaleY();
-    d->driver.placement.ScaleY = velmora::WindowPlacement::clampPercent(percent);
-    if (ScaleY() != percent)
-        qWarning("VelmoraControl::setScaleY: %d is no percentage (0 to 100); %d is used", percent, ScaleY());
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const int held = velmora::WindowPlacement::clampPercent(percent);
+    const bool differs = d->driver.placement.ScaleY != held;
+    d->driver.placement.ScaleY = held;
+    if (held != percent)
+        qWarning("VelmoraControl::setScaleY: %d is no percentage (0 to 100); %d is used", percent, held);
     place(*d, [&](velmora::qt::QtForm &f) {
         d->driver.placement.applyInitialSize(f);
         d->driver.placement.applyCenterY(f);
     });
-    if (ScaleY() != before)
+    if (differs)
         d->changed("ScaleY");
 }
 bool VelmoraControl::StayOnTop() const { return d->driver.placement.StayOnTop; }
 void VelmoraControl::setStayOnTop(bool on)
 {
-    if (d->driver.placement.StayOnTop != on) {
-        d->driver.placement.StayOnTop = on;
-        d->changed("StayOnTop");
-    }
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->driver.placement.StayOnTop != on;
+    d->driver.placement.StayOnTop = on;
+    // Told once it has acted: a slot of the notice may delete the control.
+    struct Notice {
+        VelmoraControlPrivate *d;
+        bool differs;
+        ~Notice()
+        {
+            if (differs)
+                d->changed("StayOnTop");
+        }
+    } notice{d.get(), differs};
     // At design time too, on the window being designed; a form edited
     // inside an editor's window (Qt Designer's) has none of its own, and
     // the editor's window is not the form's to put on top.
@@ -560,33 +581,37 @@ void VelmoraControl::setMdiChildHeight(int twips)
 int VelmoraControl::MinWidth() const { return d->driver.MinWidth; }
 void VelmoraControl::setMinWidth(int twips)
 {
-    const auto before = MinWidth();
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->driver.MinWidth != velmora::settings::sizeLimit(twips);
     setLimit(*d, &velmora::FormDriver::MinWidth, twips);
-    if (MinWidth() != before)
+    if (differs)
         d->changed("MinWidth");
 }
 int VelmoraControl::MinHeight() const { return d->driver.MinHeight; }
 void VelmoraControl::setMinHeight(int twips)
 {
-    const auto before = MinHeight();
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->driver.MinHeight != velmora::settings::sizeLimit(twips);
     setLimit(*d, &velmora::FormDriver::MinHeight, twips);
-    if (MinHeight() != before)
+    if (differs)
         d->changed("MinHeight");
 }
 int VelmoraControl::MaxWidth() const { return d->driver.MaxWidth; }
 void VelmoraControl::setMaxWidth(int twips)
 {
-    const auto before = MaxWidth();
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->driver.MaxWidth != velmora::settings::sizeLimit(twips);
     setLimit(*d, &velmora::FormDriver::MaxWidth, twips);
-    if (MaxWidth() != before)
+    if (differs)
         d->changed("MaxWidth");
 }
 int VelmoraControl::MaxHeight() const { return d->driver.MaxHeight; }
 void VelmoraControl::setMaxHeight(int twips)
 {
-    const auto before = MaxHeight();
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
+    const bool differs = d->driver.MaxHeight != velmora::settings::sizeLimit(twips);
     setLimit(*d, &velmora::FormDriver::MaxHeight, twips);
-    if (MaxHeight() != before)
+    if (differs)
         d->changed("MaxHeight");
 }
 

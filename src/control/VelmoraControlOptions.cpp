@@ -321,6 +321,9 @@ VelmoraControl::Options VelmoraControl::options(QWidget *control) const
 
 void VelmoraControl::setOptions(QWidget *control, Options options)
 {
+    // A slot of PropertyChanged may delete this control: the internals stay
+    // alive to the end of the call, and it stops there.
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
     const std::string key = d->keyOf(control);
     if (key.empty()) {
         qWarning("VelmoraControl::setOptions: %s is no control of the form; nothing changed",
@@ -331,11 +334,11 @@ void VelmoraControl::setOptions(QWidget *control, Options options)
     if (entry == 0) {
         if (!options)
             return; // nothing to keep, and no entry to add for it
-        if (!d->setFlagCount(d->flagTable.count() + 1, "setOptions"))
+        if (!d->setFlagCount(d->flagTable.count() + 1, "setOptions") || !d->q)
             return;
         entry = d->flagTable.count();
         setControlFlagControlKey(entry, QString::fromStdString(key));
     }
-    for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
+    for (int f = 0; f < ControlFlagTable::FlagCount && d->q && entry <= d->flagTable.count(); ++f)
         d->setFlag(f, entry, options.testFlag(OptionOf[f]), nullptr);
 }

@@ -9,6 +9,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QListWidget>
+#include <QPointer>
 #include <QPushButton>
 
 namespace VelmoraPages {
@@ -206,7 +207,8 @@ bool ControlOptionsPage::hasPendingChanges() const
 
 void ControlOptionsPage::applyChanges()
 {
-    VelmoraControl *c = control();
+    // A slot of the control's PropertyChanged may delete it.
+    QPointer<VelmoraControl> c = control();
     if (!c)
         return;
     // The whole table is written again, one entry per control of the form
@@ -229,10 +231,10 @@ void ControlOptionsPage::applyChanges()
         rows.push_back(row);
     }
     c->setControlFlagCount(int(m_entries.size()));
-    for (std::size_t n = 0; n < m_entries.size(); ++n) {
+    for (std::size_t n = 0; n < m_entries.size() && c; ++n) {
         const int i = int(n) + 1;
         c->setControlFlagControlKey(i, m_entries[n].key);
-        for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
+        for (int f = 0; f < ControlFlagTable::FlagCount && c; ++f)
             d->setFlag(f, i, rows[n][std::size_t(f)], nullptr);
     }
     m_tableOutdated = false;

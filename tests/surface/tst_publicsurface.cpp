@@ -57,6 +57,8 @@ private Q_SLOTS:
     void hostileUiFiles_data();
     void hostileUiFiles();
     void classesThatExtendThemselves();
+    void slotsMayDeleteTheControl_data();
+    void slotsMayDeleteTheControl();
 };
 
 void tst_PublicSurface::defaults_data()
@@ -759,6 +761,59 @@ void tst_PublicSurface::classesThatExtendThemselves()
     QVERIFY(selfMade);
     QCOMPARE(selfMade->geometry(), QRect(10, 10, 120, 80));
     QVERIFY(form->findChild<QLabel *>(QStringLiteral("selfMadeCaption")));
+}
+
+void tst_PublicSurface::slotsMayDeleteTheControl_data()
+{
+    // A call on the control of a shown form, and the setting whose change
+    // notice deletes the control during it.
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<QString>("at");
+    QTest::newRow("setOptions: the count grows") << "setOptions" << "ControlFlagCount";
+    QTest::newRow("setOptions: the entry gets its key") << "setOptions" << "ControlFlagControlKey";
+    QTest::newRow("setOptions: the first switch") << "setOptions" << "ControlFlagDontScaleLeft";
+    QTest::newRow("setOptions: a later switch") << "setOptions" << "ControlFlagDontScaleHeight";
+    QTest::newRow("ScaleControls, after its pass") << "ScaleControls" << "ScaleControls";
+    QTest::newRow("StayOnTop") << "StayOnTop" << "StayOnTop";
+    QTest::newRow("CenterX") << "CenterX" << "CenterX";
+    QTest::newRow("ScaleY") << "ScaleY" << "ScaleY";
+    QTest::newRow("MinWidth") << "MinWidth" << "MinWidth";
+    QTest::newRow("GradientFill") << "GradientFill" << "GradientFill";
+}
+
+void tst_PublicSurface::slotsMayDeleteTheControl()
+{
+    QFETCH(QString, call);
+    QFETCH(QString, at);
+    QWidget form;
+    form.resize(400, 300);
+    auto *logo = new QLabel(&form);
+    logo->setObjectName(QStringLiteral("logo"));
+    QPointer<VelmoraControl> v = new VelmoraControl(&form);
+    v->setResizeOnMouseUp(false);
+    form.show();
+    QVERIFY(QTest::qWaitFor([&] { return v->isFormReady(); }, 2000));
+    connect(v, &VelmoraControl::PropertyChanged, v, [&](const QString &name) {
+        if (name == at)
+            delete v.data();
+    });
+    if (call == QLatin1String("setOptions"))
+        v->setOptions(logo, VelmoraControl::DontScaleLeft | VelmoraControl::DontScaleTop | VelmoraControl::DontScaleHeight);
+    else if (call == QLatin1String("ScaleControls"))
+        v->setScaleControls(false);
+    else if (call == QLatin1String("StayOnTop"))
+        v->setStayOnTop(true);
+    else if (call == QLatin1String("CenterX"))
+        v->setCenterX(true);
+    else if (call == QLatin1String("ScaleY"))
+        v->setScaleY(50);
+    else if (call == QLatin1String("MinWidth"))
+        v->setMinWidth(3000);
+    else
+        v->setGradientFill(true);
+    QVERIFY(!v);
+    form.resize(500, 400); // the form lives on without it
+    QTest::qWait(10);
 }
 
 QTEST_MAIN(tst_PublicSurface)
