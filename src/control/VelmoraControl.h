@@ -140,8 +140,10 @@ public:
     // of "Velmora", under WindowName (empty: the window's title, taken once),
     // written when the window closes and used once by the next set-up.
     // The wipe the window opens with (when first shown) and closes with
-    // (when a close is accepted), and how long each takes in seconds (0 or
-    // less: as fast as it goes).
+    // (when a close is accepted), and how long each takes: 0 to 10 seconds,
+    // held to the millisecond (0: as fast as it goes). A time outside is
+    // brought into that range with a warning; one that is no number, and an
+    // effect no constant names, are refused with a warning.
     FormOpenEffects FormOpen() const;
     void setFormOpen(FormOpenEffects effect);
     double FormOpenTime() const;
