@@ -109,18 +109,26 @@ void tst_WindowSystem::realMinimise()
 {
     Form f(Qt::gray);
     QVERIFY(f.show(QPoint(80, 80)));
-    const QRect designed = f.label->geometry();
+    // No pass runs for a window nobody sees.
+    int passesWhileMinimised = 0;
+    QObject::connect(f.velmora, &VelmoraControl::ResizeStarted, &f.widget, [&] {
+        if (f.widget.isMinimized())
+            ++passesWhileMinimised;
+    });
     f.widget.showMinimized();
     QVERIFY(settle([&] { return f.widget.isMinimized(); }));
-    // Sized while minimised: nothing is placed for a window nobody sees...
+    // Sized while minimised (a window manager may restore a window an
+    // application resizes, openbox does once it has iconified it; either
+    // way no pass runs while it is minimised)...
     f.widget.resize(600, 400);
     QTest::qWait(200);
-    QCOMPARE(f.label->geometry(), designed);
-    // ...and restoring it brings the controls to the size it has.
+    QCOMPARE(passesWhileMinimised, 0);
+    // ...and restored, the controls take the size it has.
     f.widget.showNormal();
     QVERIFY(settle([&] { return !f.widget.isMinimized(); }));
     QVERIFY2(settle([&] { return f.label->geometry() == QRect(60, 40, 240, 60); }),
              qPrintable(QStringLiteral("%1 %2").arg(f.label->width()).arg(f.label->height())));
+    QCOMPARE(passesWhileMinimised, 0);
 }
 
 void tst_WindowSystem::savedPosition_data()
