@@ -538,28 +538,20 @@ void VelmoraControl::setStayOnTop(bool on)
     const std::shared_ptr<VelmoraControlPrivate> d = this->d;
     const bool differs = d->driver.placement.StayOnTop != on;
     d->driver.placement.StayOnTop = on;
-    // Told once it has acted: a slot of the notice may delete the control.
-    struct Notice {
-        VelmoraControlPrivate *d;
-        bool differs;
-        ~Notice()
-        {
-            if (differs)
-                d->changed("StayOnTop");
-        }
-    } notice{d.get(), differs};
-    // At design time too, on the window being designed; a form edited
-    // inside an editor's window (Qt Designer's) has none of its own, and
-    // the editor's window is not the form's to put on top.
     if (d->designTime) {
+        // At design time too, on the window being designed; a form edited
+        // inside an editor's window (Qt Designer's) has none of its own,
+        // and the editor's window is not the form's to put on top.
         QWidget *form = VelmoraControlPrivate::formFor(parentWidget());
         QWidget *window = velmora::qt::QtForm::windowOf(form);
         if (form && (window == form || window == form->parentWidget()))
             velmora::WindowPlacement::applyStayOnTop(window, on);
-        return;
-    }
-    if (!velmora::WindowPlacement::applyStayOnTop(d->driver.hostForm().get(), on))
+    } else if (!velmora::WindowPlacement::applyStayOnTop(d->driver.hostForm().get(), on)) {
         qWarning("VelmoraControl: StayOnTop: Type mismatch: an MDI parent form is not a plain form");
+    }
+    // Told once it has acted: a slot of the notice may delete the control.
+    if (differs)
+        d->changed("StayOnTop");
 }
 int VelmoraControl::MdiChildWidth() const { return d->driver.placement.MdiChildWidth; }
 void VelmoraControl::setMdiChildWidth(int twips)

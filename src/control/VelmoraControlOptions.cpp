@@ -17,12 +17,15 @@ namespace {
 
 const char *const KeyBase = "ControlFlagControlKey";
 
-constexpr VelmoraControl::Option OptionOf[ControlFlagTable::FlagCount] = {
-    VelmoraControl::DontScaleControl, VelmoraControl::DontScaleFont,   VelmoraControl::DontScaleBorder,
-    VelmoraControl::DontScaleGraphic, VelmoraControl::DontScaleLeft,   VelmoraControl::DontScaleTop,
-    VelmoraControl::DontScaleWidth,   VelmoraControl::DontScaleHeight, VelmoraControl::DontScaleRight,
-    VelmoraControl::DontScaleBottom,
-};
+// The options are the switches in their saved order, one bit each.
+VelmoraControl::Option optionOf(int f)
+{
+    return VelmoraControl::Option(1 << f);
+}
+static_assert(VelmoraControl::DontScaleControl == 1 << ControlFlagTable::DontScaleControl
+                  && VelmoraControl::DontScaleLeft == 1 << ControlFlagTable::DontScaleLeft
+                  && VelmoraControl::DontScaleBottom == 1 << ControlFlagTable::DontScaleBottom,
+              "an option's bit is its switch's place in the saved order");
 
 } // namespace
 
@@ -31,6 +34,27 @@ QString VelmoraControlPrivate::indexedKey(int f, int index)
     const QString base = f < 0 ? QLatin1String(KeyBase)
                                : QStringLiteral("ControlFlag") + QLatin1String(ControlFlagTable::flagName(ControlFlagTable::Flag(f)));
     return base + QString::number(index);
+}
+
+bool VelmoraControlPrivate::parseIndexedKey(const QString &name, int *f, int *index)
+{
+    static const QRegularExpression indexed(QStringLiteral("^ControlFlag([A-Za-z]+?)([0-9]+)$"));
+    const auto m = indexed.match(name);
+    if (!m.hasMatch())
+        return false;
+    const QString base = m.captured(1);
+    *f = base == QLatin1String("ControlKey") ? -1 : ControlFlagTable::FlagCount;
+    for (int i = 0; *f == ControlFlagTable::FlagCount && i < ControlFlagTable::FlagCount; ++i)
+        if (base == QLatin1String(ControlFlagTable::flagName(ControlFlagTable::Flag(i))))
+            *f = i;
+    if (*f == ControlFlagTable::FlagCount)
+        return false;
+    bool ok = false;
+    const QString digits = m.captured(2);
+    *index = digits.startsWith(QLatin1Char('0')) ? -1 : digits.toInt(&ok);
+    if (!ok)
+        *index = -1;
+    return true;
 }
 
 void VelmoraControlPrivate::refreshRecord(const std::string &key)
@@ -45,10 +69,7 @@ void VelmoraControlPrivate::refreshRecord(const std::string &key)
         flagTable.applyTo(entry, record);
     } else if (velmora::ControlFlags *record = store.flags(key)) {
         // No entry names it any more: the control scales in every respect.
-        velmora::ControlFlags off;
-        off.Control = record->Control;
-        off.ControlKey = record->ControlKey;
-        *record = off;
+        velmora::LayoutStore::resetSwitches(*record);
     }
 }
 
@@ -80,11 +101,10 @@ bool VelmoraControlPrivate::setFlagCount(int count, const char *member)
         refreshRecord(key);
     if (count < before && !mirrorOff) {
         // The object's indexed keys say what the table holds, nothing more.
-        static const QRegularExpression indexed(QStringLiteral("^ControlFlag[A-Za-z]+?([1-9][0-9]{0,4})$"));
         syncingDynamic = true;
         for (const QByteArray &name : q->dynamicPropertyNames()) {
-            const auto m = indexed.match(QString::fromLatin1(name));
-            if (m.hasMatch() && m.captured(1).toInt() > count) {
+            int f = 0, index = 0;
+            if (parseIndexedKey(QString::fromLatin1(name), &f, &index) && index > count) {
                 q->setProperty(name.constData(), QVariant());
                 mirrored = qMax(0, mirrored - 1);
             }
@@ -158,24 +178,14 @@ bool VelmoraControlPrivate::dynamicPropertyChanged(const QByteArray &name)
 {
     if (syncingDynamic || !name.startsWith("ControlFlag"))
         return false;
-    static const QRegularExpression indexed(QStringLiteral("^ControlFlag([A-Za-z]+?)([1-9][0-9]{0,4})$"));
-    const auto m = indexed.match(QString::fromLatin1(name));
-    if (!m.hasMatch())
+    int f = 0, index = 0;
+    if (!parseIndexedKey(QString::fromLatin1(name), &f, &index) || index < 1)
         return false;
-    bool ok = false;
-    const int index = m.captured(2).toInt(&ok);
     // Beyond the count the key is kept on the object and read when the
     // count grows to it (a form may set the count after its entries).
-    if (!ok || index > flagTable.count())
-        return true;
-    // Only the value that changed: a form gives its entries one key at a
-    // time, and reading a dynamic property walks through all of them.
-    const QString base = m.captured(1);
-    int f = base == QLatin1String("ControlKey") ? -1 : ControlFlagTable::FlagCount;
-    for (int i = 0; f == ControlFlagTable::FlagCount && i < ControlFlagTable::FlagCount; ++i)
-        if (base == QLatin1String(ControlFlagTable::flagName(ControlFlagTable::Flag(i))))
-            f = i;
-    if (f < ControlFlagTable::FlagCount)
+    // Within it, only the value that changed: a form gives its entries one
+    // key at a time, and reading a dynamic property walks through all.
+    if (index <= flagTable.count())
         readFlagValue(f, index, q->property(name.constData()));
     return true;
 }
@@ -315,7 +325,7 @@ VelmoraControl::Options VelmoraControl::options(QWidget *control) const
     Options out;
     if (entry > 0)
         for (int f = 0; f < ControlFlagTable::FlagCount; ++f)
-            out.setFlag(OptionOf[f], d->flagTable.flag(ControlFlagTable::Flag(f), entry));
+            out.setFlag(optionOf(f), d->flagTable.flag(ControlFlagTable::Flag(f), entry));
     return out;
 }
 
@@ -340,5 +350,5 @@ void VelmoraControl::setOptions(QWidget *control, Options options)
         setControlFlagControlKey(entry, QString::fromStdString(key));
     }
     for (int f = 0; f < ControlFlagTable::FlagCount && d->q && entry <= d->flagTable.count(); ++f)
-        d->setFlag(f, entry, options.testFlag(OptionOf[f]), nullptr);
+        d->setFlag(f, entry, options.testFlag(optionOf(f)), nullptr);
 }

@@ -67,6 +67,10 @@ public:
     // The saved name of entry `index` of one array: f is a
     // ControlFlagTable::Flag, or -1 for the keys ("ControlFlagControlKey3").
     static QString indexedKey(int f, int index);
+    // The other way: the array (f as above) and entry of an indexed key.
+    // False for a name that is none; index -1 for digits no saved form
+    // writes (a leading zero, too many).
+    static bool parseIndexedKey(const QString &name, int *f, int *index);
     bool flagIndexOk(const char *member, int index, bool *ok) const;
     bool flag(int f, int index, bool *ok) const;
     void setFlag(int f, int index, bool on, bool *ok);

@@ -22,12 +22,16 @@ void LayoutStore::discardInfoNotSeenIn(unsigned serial)
 
 void LayoutStore::resetSwitches()
 {
-    for (auto &entry : m_flags) {
-        ControlFlags off;
-        off.Control = std::move(entry.second.Control);
-        off.ControlKey = std::move(entry.second.ControlKey);
-        entry.second = std::move(off);
-    }
+    for (auto &entry : m_flags)
+        resetSwitches(entry.second);
+}
+
+void LayoutStore::resetSwitches(ControlFlags &record)
+{
+    ControlFlags off;
+    off.Control = std::move(record.Control);
+    off.ControlKey = std::move(record.ControlKey);
+    record = std::move(off);
 }
 
 ControlClass &LayoutStore::ensureInfo(const std::string &key)

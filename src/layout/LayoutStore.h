@@ -31,6 +31,7 @@ public:
     // Every record's switches back to off; keys and controls stay, so that
     // a pass holding a record meanwhile still holds a live one.
     void resetSwitches();
+    static void resetSwitches(ControlFlags &record);
 
     std::size_t infoCount() const { return m_info.size(); }
     std::size_t flagsCount() const { return m_flags.size(); }

@@ -134,29 +134,26 @@ bool sameValue(const QVariant &held, const QVariant &given)
 // "ControlFlagControlKey2=lblName", for an entry the form has.
 bool setIndexedOption(QObject *control, const QString &name, const QString &text, QString *error)
 {
-    static const QRegularExpression indexed(QStringLiteral("^ControlFlag([A-Za-z]+?)([0-9]+)$"));
-    const auto m = indexed.match(name);
-    static const QStringList bases = {"ControlKey",      "DontScaleControl", "DontScaleFont",   "DontScaleBorder",
-                                      "DontScaleGraphic", "DontScaleLeft",    "DontScaleTop",    "DontScaleWidth",
-                                      "DontScaleHeight",  "DontScaleRight",   "DontScaleBottom"};
-    if (!bases.contains(m.captured(1))) {
+    int f = 0, index = 0;
+    if (!VelmoraControlPrivate::parseIndexedKey(name, &f, &index)) {
+        QStringList bases{QStringLiteral("ControlKey")};
+        for (int i = 0; i < velmora::ControlFlagTable::FlagCount; ++i)
+            bases << QLatin1String(velmora::ControlFlagTable::flagName(velmora::ControlFlagTable::Flag(i)));
         *error = QStringLiteral("--property: %1 is no per-control option (ControlFlag followed by one of %2, then "
                                 "an entry number)")
                      .arg(name, bases.join(QStringLiteral(", ")));
         return false;
     }
-    bool ok = false;
-    const int index = m.captured(2).toInt(&ok);
     const int count = control->property("ControlFlagCount").toInt();
-    if (!ok || index < 1 || index > count || m.captured(2).startsWith(QLatin1Char('0'))) {
+    if (index < 1 || index > count) {
         *error = QStringLiteral("--property: %1: the form has no entry %2 (its ControlFlagCount is %3; set that "
                                 "first)")
-                     .arg(name, m.captured(2))
+                     .arg(name, name.mid(name.lastIndexOf(QRegularExpression(QStringLiteral("[^0-9]"))) + 1))
                      .arg(count);
         return false;
     }
     QVariant value = text;
-    if (m.captured(1) == QLatin1String("ControlKey")) {
+    if (f < 0) {
         QString why;
         if (!velmora::settings::isUiText(text, &why)) {
             *error = QStringLiteral("--property: %1 cannot hold %2").arg(name, why);
