@@ -1,6 +1,7 @@
 #include "control/VelmoraControl.h"
 
 #include "control/VelmoraControl_p.h"
+#include "control/FormClaims.h"
 #include "qt/QtForm.h"
 #include "qt/QtPicture.h"
 #include "qt/QtUnits.h"
@@ -190,7 +191,8 @@ private:
 void VelmoraControlPrivate::rebind()
 {
     // At design time the form is being edited, not used: nothing is hooked.
-    driver.bind(designTime ? nullptr : formFor(q->parentWidget()));
+    QWidget *form = designTime || !q ? nullptr : formFor(q->parentWidget());
+    driver.bind(velmora::FormClaims::claim(this, form));
 }
 
 void VelmoraControlPrivate::watchMainWindow()
@@ -241,6 +243,7 @@ VelmoraControl::~VelmoraControl()
     // deleting: then the form is going too, not just the component.
     d->driver.componentGoing(parent() && !parent()->children().contains(this));
     delete d->mainWindowWatch.data();
+    velmora::FormClaims::release(d.get());
     d->driver.bind(nullptr);
 }
 
@@ -736,6 +739,8 @@ void VelmoraControl::ShowAboutBox()
 int VelmoraControl::PrintSize(bool Enabled, double PrintWidth, double PrintHeight, int ScaleMode, bool Hide,
                               bool ShowDialog, bool AllowCancel)
 {
+    // Its pass, and a slot of its cancel, may delete this control.
+    const std::shared_ptr<VelmoraControlPrivate> d = this->d;
     if (d->designTime)
         return 0;
     return d->printing.PrintSize(Enabled, PrintWidth, PrintHeight, ScaleMode, Hide, ShowDialog, AllowCancel);

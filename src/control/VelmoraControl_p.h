@@ -6,6 +6,7 @@
 #include "engine/ResizeEngine.h"
 #include "form/FormDriver.h"
 #include "form/PrintSizing.h"
+#include "form/WipeEffect.h"
 #include "layout/ControlFlagTable.h"
 #include "qt/QtEngineHost.h"
 
@@ -20,7 +21,7 @@ class QPainter;
 namespace velmora::settings {
 // The effects page's range; held to the millisecond (the effects' own
 // resolution), so that a time reads back exactly from any saved form.
-constexpr double MaxEffectSeconds = 10;
+constexpr double MaxEffectSeconds = velmora::WipeEffect::MaxSeconds;
 double effectSeconds(double seconds); // finite only
 // Below 1 twip a size limit is no limit.
 inline int sizeLimit(int twips) { return twips < 1 ? 0 : twips; }

@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -26,6 +27,50 @@
 #include <exception>
 
 namespace velmora {
+
+namespace {
+
+const QEvent::Type PassRequest = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+struct PassRequestEvent : QEvent {
+    explicit PassRequestEvent(quint64 binding)
+        : QEvent(PassRequest)
+        , binding(binding)
+    {
+    }
+    quint64 binding;
+};
+
+// Sees a dialog's close ahead of the dialog's own filters.
+class CloseWatch : public QObject {
+public:
+    CloseWatch(QWidget *window, std::function<bool(QEvent *)> closing)
+        : m_window(window)
+        , m_closing(std::move(closing))
+    {
+        qApp->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        return watched == m_window && event->type() == QEvent::Close && m_closing(event);
+    }
+
+private:
+    QObject *m_window;
+    std::function<bool(QEvent *)> m_closing;
+};
+
+// Without its mask, all of the window shows; on X11 what the mask hid
+// stays unpainted (black) unless the window is painted again.
+void showWhole(QWidget *window)
+{
+    window->clearMask();
+    window->update();
+}
+
+} // namespace
 
 FormDriver::FormDriver(ResizeEngine &engine, QObject *parent)
     : QObject(parent)
@@ -52,6 +97,7 @@ FormDriver::FormDriver(ResizeEngine &engine, QObject *parent)
 
 FormDriver::~FormDriver()
 {
+    delete m_closeWatch.data();
     // The window may be on its way out with us: its rows go, it is not touched.
     if (m_window)
         SizeLimitHooks::forgetWindow(m_window);
@@ -76,6 +122,10 @@ void FormDriver::bind(QWidget *form)
 
     if (m_window)
         m_window->removeEventFilter(this);
+    delete m_closeWatch.data();
+    ++m_binding;
+    m_passPosted = false;
+    m_restoreFrame = QRect();
     m_tmrDelayResize.stop();
     if (m_screenWait)
         m_screenWait->removeEventFilter(this);
@@ -105,6 +155,8 @@ void FormDriver::bind(QWidget *form)
     m_window = m_hostForm->window();
     if (m_window && m_window != form)
         m_window->installEventFilter(this);
+    if (qobject_cast<QDialog *>(m_window))
+        m_closeWatch = new CloseWatch(m_window, [this](QEvent *event) { return windowClosing(event); });
     // An MDI parent's inner size is its area's. It changes without the
     // window when a pass grows the toolbars and status bar around it; what
     // they hold settles in the pass that follows.
@@ -148,32 +200,33 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
             if (m_engine.FormReady)
                 rememberNormalRect();
             break;
-        case QEvent::Show: // shown again after a close
-            m_unloaded = false;
+        case QEvent::Show:
+            if (m_unloaded) {
+                m_unloaded = false;
+                reopen();
+            }
             break;
-        case QEvent::Close: {
-            if (m_inClose)
-                break;
-            // The window decides first; only a close it accepts unloads the
-            // form, and the close effect plays while the window still shows.
-            const auto alive = hold();
-            QPointer<QWidget> window = m_window;
-            m_inClose = true;
-            QCoreApplication::sendEvent(window, event);
-            m_inClose = false;
-            if (event->isAccepted() && window)
-                FormUnloading();
-            return true; // delivered: its answer stands
-        }
+        case QEvent::Close:
+            if (!m_closeWatch && windowClosing(event))
+                return true; // delivered: its answer stands
+            break;
         default:
             break;
         }
+        if (m_restoreTries > 0 && (event->type() == QEvent::Move || event->type() == QEvent::Resize))
+            correctRestoredFrame();
     }
     if (watched == m_window && event->type() == QEvent::WindowStateChange && Loaded) {
         // Passes are skipped while minimised, and restoring sends no resize.
         const auto old = static_cast<QWindowStateChangeEvent *>(event)->oldState();
         if ((old & Qt::WindowMinimized) && !(m_window->windowState() & Qt::WindowMinimized))
             postPass();
+        if (m_restoreFrame.isValid() && m_window->windowState() == Qt::WindowNoState) {
+            // The window manager puts it back at the rectangle it was
+            // given, and sends that after this: a few answers to take.
+            m_restoreTries = 3;
+            QMetaObject::invokeMethod(this, [this] { correctRestoredFrame(); }, Qt::QueuedConnection);
+        }
     }
     if (watched == m_mdiArea && event->type() == QEvent::Resize && Loaded && m_engine.FormReady)
         postPass();
@@ -198,8 +251,54 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-namespace {
-const QEvent::Type PassRequest = static_cast<QEvent::Type>(QEvent::registerEventType());
+bool FormDriver::windowClosing(QEvent *event)
+{
+    if (m_inClose || !Loaded)
+        return false;
+    const auto alive = hold();
+    QPointer<QWidget> window = m_window;
+    m_inClose = true;
+    QCoreApplication::sendEvent(window, event);
+    m_inClose = false;
+    // The close effect plays while the window still shows.
+    if (event->isAccepted() && window)
+        FormUnloading();
+    return true;
+}
+
+void FormDriver::reopen()
+{
+    if (!m_hostForm)
+        return;
+    if (QWidget *window = m_hostForm->window())
+        window->clearMask(); // the closing wipe's last region
+    m_tmrDelayResize.stop();
+    m_engine.FormReady = false;
+    SettingUp = false;
+    WindowSettingsLoaded = false;
+    m_openPending = false;
+    FormLoaded();
+    FormResized();
+}
+
+void FormDriver::correctRestoredFrame()
+{
+    QWidget *window = m_window;
+    if (m_restoreTries <= 0 || !window || window->windowState() != Qt::WindowNoState)
+        return;
+    const QRect frame = window->frameGeometry(), inner = window->geometry();
+    if (frame == inner)
+        return; // not framed yet
+    if (frame == m_restoreFrame || --m_restoreTries < 0) {
+        // Where it belongs (or the window manager will not have it there):
+        // from now on the window is the user's.
+        m_restoreTries = 0;
+        m_restoreFrame = QRect();
+        return;
+    }
+    const QMargins decoration(inner.left() - frame.left(), inner.top() - frame.top(),
+                              frame.right() - inner.right(), frame.bottom() - inner.bottom());
+    window->setGeometry(m_restoreFrame - decoration);
 }
 
 void FormDriver::postPass()
@@ -207,13 +306,16 @@ void FormDriver::postPass()
     if (m_passPosted)
         return;
     m_passPosted = true;
-    QCoreApplication::postEvent(this, new QEvent(PassRequest), Qt::HighEventPriority);
+    QCoreApplication::postEvent(this, new PassRequestEvent(m_binding), Qt::HighEventPriority);
 }
 
 bool FormDriver::event(QEvent *event)
 {
     if (event->type() != PassRequest)
         return QObject::event(event);
+    // Asked for on a form served before the last bind: not this one's.
+    if (static_cast<PassRequestEvent *>(event)->binding != m_binding)
+        return true;
     m_passPosted = false;
     FormResized();
     return true;
@@ -353,7 +455,8 @@ void FormDriver::runPending()
 
 void FormDriver::FormResized()
 {
-    if (!m_hostForm)
+    // A form resized before its load is not served yet.
+    if (!m_hostForm || !Loaded)
         return;
     if (SettingUp) { // a resize from the events the set-up lets run
         m_passPending = true;
@@ -414,12 +517,15 @@ void FormDriver::FormResized()
             Reset();
             return;
         }
-        if (ScaleControls) {
-            if (ResizeOnMouseUp)
-                m_tmrDelayResize.start(); // restarts: fires after the last resize
-            else
-                runPass();
-        }
+        const bool passNow = ScaleControls && !ResizeOnMouseUp;
+        if (passNow)
+            runPass(); // paints the bands after it
+        else if (ScaleControls)
+            m_tmrDelayResize.start(); // restarts: fires after the last resize
+        // The bands cover the form at every size, whether or not its
+        // controls follow now.
+        if (!passNow && m_engine.GradientFill)
+            drawGradient();
     } catch (const std::exception &e) {
         SettingUp = false;
         Q_EMIT trappedError(QStringLiteral("QxVelmora Trapped Error = ") + QString::fromUtf8(e.what()));
@@ -467,9 +573,13 @@ void FormDriver::applyPlacedFrame()
     if (!window || !placed.isValid())
         return;
     // A maximised window keeps the normal rectangle it has: changing it now
-    // would race the window manager's own maximising.
-    if (window->windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen))
+    // would race the window manager's own maximising. It is given its frame
+    // when it is restored.
+    if (window->windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)) {
+        if (window->isWindow())
+            m_restoreFrame = placed;
         return;
+    }
     // From now on windows are placed with this frame before they show; one
     // given its frame in advance is where it was meant to be.
     qt::QtForm::noteDecoration(window);
@@ -500,7 +610,7 @@ void FormDriver::finishSetUp(bool playOpening)
     if (playOpening)
         playEffect(true);
     else if (QWidget *window = m_hostForm->window())
-        window->clearMask();
+        showWhole(window);
     if (!m_hostForm)
         return;
     m_engine.FormReady = true;
@@ -636,7 +746,7 @@ void FormDriver::playEffect(bool opening)
         return;
     if (minimised() || kind == 0) {
         if (opening && kind != 0)
-            window->clearMask(); // it will not wipe in: show it whole
+            showWhole(window); // it will not wipe in
         return;
     }
     const QRect frame = window->frameGeometry();
@@ -648,11 +758,15 @@ void FormDriver::playEffect(bool opening)
             if (window)
                 window->setMask(r.isEmpty() ? QRegion(-2, -2, 1, 1) : QRegion(r.translated(-inset)));
         },
-        [] { QCoreApplication::processEvents(); });
+        [&] {
+            QCoreApplication::processEvents();
+            // Deleted or hidden meanwhile: the wipe ends with its window.
+            return window && window->isVisible();
+        });
     if (!window)
         return;
     if (opening)
-        window->clearMask();
+        showWhole(window);
     WindowPlacement::applyStayOnTop(m_hostForm.get(), placement.StayOnTop);
 }
 

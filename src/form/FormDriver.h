@@ -104,6 +104,14 @@ protected:
 private:
     void FormLoaded();
     void FormUnloading();
+    // Shown again after its unload (Qt's close only hides a window): a new
+    // start, but with the layout record it has.
+    void reopen();
+    // The window decides on its close first; only a close it accepts
+    // unloads the form. True: the event was delivered here.
+    bool windowClosing(QEvent *event);
+    // A window given its frame while maximised gets it once it is restored.
+    void correctRestoredFrame();
     void rememberNormalRect();
     // The set-up ends with the opening wipe, which waits for the window to
     // reach the screen; resizes meanwhile are answered once it has played.
@@ -143,6 +151,12 @@ private:
     QPointer<QWindow> m_screenWait;
     bool m_openPending = false; // the set-up ends with the opening wipe, once the window shows
     QRect m_placedFrame; // the frame the set-up gave a window that had none yet
+    QRect m_restoreFrame; // the same, for a window that showed maximised
+    int m_restoreTries = 0;
+    // A dialog ends (accept(), reject(), done()) with a close whose event Qt
+    // gives its own filter first: this one sees it before.
+    QPointer<QObject> m_closeWatch;
+    quint64 m_binding = 0; // counts binds: a request made for one form never runs on another
     static constexpr int ScreenWaitMs = 2000;
     // Re-entry from events a pass lets run: one pass at a time; what is
     // asked for meanwhile runs once the pass is over.

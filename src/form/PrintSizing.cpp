@@ -9,6 +9,11 @@
 #include "qt/QtForm.h"
 #include "qt/QtUnits.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+
+#include <algorithm>
 #include <cmath>
 
 namespace velmora {
@@ -33,14 +38,48 @@ PrintSizing::PrintSizing(FormDriver &driver, ResizeEngine &engine, QObject *pare
         const auto &form = m_driver.hostForm();
         if (!form || !m_driver.form())
             return;
-        if (getSingle(*form, "Left").value_or(HiddenLeft) != HiddenLeft)
-            form->set("Left", HiddenLeft);
+        if (getSingle(*form, "Left").value_or(m_hiddenLeft) != m_hiddenLeft)
+            form->set("Left", m_hiddenLeft);
     });
 }
 
 PrintSizing::~PrintSizing()
 {
     delete m_dialog.data();
+}
+
+float PrintSizing::hiddenLeft()
+{
+    // A window's left edge is where its frame starts: past the right edge
+    // of the rightmost screen, with room for a frame drawn beside it.
+    int right = 0;
+    for (const QScreen *screen : QGuiApplication::screens())
+        right = std::max(right, screen->geometry().x() + screen->geometry().width());
+    const float past = float(std::lround((right + 64) * qt::twipsPerPixel(qt::Axis::X)));
+    return std::max(HiddenLeft, past);
+}
+
+void PrintSizing::liftLimits(QWidget *window)
+{
+    if (!m_limits.empty())
+        return; // lifted by an earlier print size: what to put back is known
+    for (QWidget *w : {window, m_driver.form()}) {
+        if (!w || (!m_limits.empty() && m_limits.front().widget == w))
+            continue;
+        m_limits.push_back({w, w->minimumSize(), w->maximumSize()});
+        w->setMinimumSize(0, 0);
+        w->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    }
+}
+
+void PrintSizing::restoreLimits()
+{
+    for (const Limits &l : m_limits)
+        if (l.widget) {
+            l.widget->setMinimumSize(l.minimum);
+            l.widget->setMaximumSize(l.maximum);
+        }
+    m_limits.clear();
 }
 
 int PrintSizing::PrintSize(bool enabled, double printWidth, double printHeight, int scaleMode, bool hide,
@@ -75,14 +114,25 @@ void PrintSizing::enable(double printWidth, double printHeight, int scaleMode, b
     // The place to come back to (an earlier print size's is overwritten).
     m_savedState = int(getLong(f, "WindowState").value_or(0));
     f.set("WindowState", 0);
-    m_savedLeft = getSingle(f, "Left").value_or(0);
-    m_savedTop = getSingle(f, "Top").value_or(0);
-    m_savedWidth = getSingle(f, "Width").value_or(0);
-    m_savedHeight = getSingle(f, "Height").value_or(0);
+    // A maximised window reaches its normal rectangle only once the window
+    // system has restored it: the one it had last is the one to keep.
+    const QRectF normal = m_driver.SavedWindowRect;
+    if (m_savedState != 0 && normal.width() > 0 && normal.height() > 0) {
+        m_savedLeft = float(normal.left());
+        m_savedTop = float(normal.top());
+        m_savedWidth = float(normal.width());
+        m_savedHeight = float(normal.height());
+    } else {
+        m_savedLeft = getSingle(f, "Left").value_or(0);
+        m_savedTop = getSingle(f, "Top").value_or(0);
+        m_savedWidth = getSingle(f, "Width").value_or(0);
+        m_savedHeight = getSingle(f, "Height").value_or(0);
+    }
     m_saved = true;
 
     // Larger than the screen if need be, for as long as it is moved.
     QWidget *window = f.window();
+    liftLimits(window);
     const int most = 32767;
     SizeLimitHooks::hookWindow(window, m_driver.MinWidth, m_driver.MinHeight,
                                int(std::lround(most * qt::twipsPerPixel(qt::Axis::X))),
@@ -96,7 +146,8 @@ void PrintSizing::enable(double printWidth, double printHeight, int scaleMode, b
     if (hide) {
         // The off-screen rectangle is not one to reopen at.
         m_driver.TrackWindowRect = false;
-        move(HiddenLeft);
+        m_hiddenLeft = hiddenLeft();
+        move(m_hiddenLeft);
         m_tmrPrintHide.start();
     } else {
         move(m_savedLeft);
@@ -107,6 +158,8 @@ void PrintSizing::enable(double printWidth, double printHeight, int scaleMode, b
         delete m_dialog.data();
         m_dialog = new PrintDialog(allowCancel);
         connect(m_dialog, &PrintDialog::cancelPressed, this, [this] {
+            // Its notice may delete the component, and this with it.
+            const auto alive = m_driver.keepAlive ? m_driver.keepAlive() : nullptr;
             cancelPressed = true;
             PrintSize(false, 0, 0, 1, false, false, false);
         });
@@ -128,12 +181,15 @@ void PrintSizing::disable()
         f.set("Top", m_savedTop);
         f.set("Width", m_savedWidth);
         f.set("Height", m_savedHeight);
+        restoreLimits();
         f.set("WindowState", m_savedState);
     }
     m_driver.TrackWindowRect = true;
-    if (cancelPressed)
-        Q_EMIT printCancelled();
+    // Cleared before it is told: a slot may print again, or end it again.
+    const bool cancelled = cancelPressed;
     cancelPressed = false;
+    if (cancelled)
+        Q_EMIT printCancelled();
 }
 
 } // namespace velmora

@@ -8,7 +8,10 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QSize>
 #include <QTimer>
+
+#include <vector>
 
 namespace velmora {
 
@@ -30,7 +33,9 @@ public:
     int PrintSize(bool enabled, double printWidth, double printHeight, int scaleMode, bool hide, bool showDialog,
                   bool allowCancel);
 
-    static constexpr float HiddenLeft = 32000; // twips: well off the screen
+    static constexpr float HiddenLeft = 32000; // twips: well off the screen...
+    // ...or further, to be off every screen of the desktop.
+    static float hiddenLeft();
     static constexpr int HideCheckMs = 100;
     const QTimer &hideTimer() const { return m_tmrPrintHide; }
     PrintDialog *dialog() const { return m_dialog; }
@@ -43,6 +48,10 @@ Q_SIGNALS:
 private:
     void enable(double printWidth, double printHeight, int scaleMode, bool hide, bool showDialog, bool allowCancel);
     void disable();
+    // The form's own size limits give way to the page's size while it is
+    // printed, and are put back exactly afterwards.
+    void liftLimits(QWidget *window);
+    void restoreLimits();
 
     FormDriver &m_driver;
     ResizeEngine &m_engine;
@@ -51,6 +60,12 @@ private:
     int m_savedState = 0;
     float m_savedLeft = 0, m_savedTop = 0, m_savedWidth = 0, m_savedHeight = 0;
     bool m_saved = false;
+    float m_hiddenLeft = HiddenLeft;
+    struct Limits {
+        QPointer<QWidget> widget;
+        QSize minimum, maximum;
+    };
+    std::vector<Limits> m_limits; // while lifted
 };
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 
+#include <algorithm>
 #include <cmath>
 
 namespace velmora {
@@ -26,6 +27,8 @@ WipeEffect::WipeEffect(bool opening, int kind, const QRect &window, double secon
     : m_opening(opening)
     , m_kind(kind)
 {
+    // However it was asked for: a wipe nobody can wait for is no wipe.
+    seconds = seconds > 0 ? std::min(seconds, MaxSeconds) : 0;
     m_steps = seconds > 0 ? qMax(1, px(seconds * 18)) : 100;
     const double w = window.width(), h = window.height();
     m_stepX = w / m_steps;
@@ -87,7 +90,7 @@ std::optional<QRect> WipeEffect::region(int i) const
     }
 }
 
-void WipeEffect::play(const std::function<void(const QRect &)> &apply, const std::function<void()> &idle) const
+void WipeEffect::play(const std::function<void(const QRect &)> &apply, const std::function<bool()> &idle) const
 {
     // A monotonic clock: the wipe keeps its pace across midnight and clock changes.
     QElapsedTimer clock;
@@ -98,11 +101,13 @@ void WipeEffect::play(const std::function<void(const QRect &)> &apply, const std
     for (int i = 1; i <= m_steps; ++i) {
         // Drawn at its moment, or one step after the last, whichever comes first.
         while (time != 0 && last + m_stepT >= now() && i * m_stepT >= now())
-            idle();
+            if (!idle())
+                return;
         if (const auto r = region(i))
             apply(*r);
         last = now();
-        idle();
+        if (!idle())
+            return;
     }
 }
 

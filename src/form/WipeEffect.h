@@ -15,8 +15,9 @@ public:
     enum Kind { None = 0, WipeLeft, WipeRight, WipeUp, WipeDown, WipeVertical, WipeHorizontal, Fold };
 
     // `window`: the window's outer rectangle in screen pixels; `seconds`: the
-    // duration (0 or less: as fast as it goes, 100 steps).
+    // duration (0 or less: as fast as it goes, 100 steps; at most MaxSeconds).
     WipeEffect(bool opening, int kind, const QRect &window, double seconds);
+    static constexpr double MaxSeconds = 10;
 
     int steps() const { return m_steps; }
     double secondsPerStep() const { return m_stepT; }
@@ -26,8 +27,9 @@ public:
     std::optional<QRect> region(int i) const;
 
     // Plays it: `apply` gets each region, `idle` runs while a step waits and
-    // after each step (the host's pending events).
-    void play(const std::function<void(const QRect &corners)> &apply, const std::function<void()> &idle) const;
+    // after each step (the host's pending events) and ends the wipe where it
+    // stands when it returns false (the window went meanwhile).
+    void play(const std::function<void(const QRect &corners)> &apply, const std::function<bool()> &idle) const;
 
 private:
     bool m_opening;

@@ -6,6 +6,7 @@
 #include <QSet>
 #include <QMdiSubWindow>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QWidget>
 
 #include <cmath>
@@ -20,6 +21,9 @@ struct SheetState {
     QString applied;  // the text Velmora set last
     double lengths = 1.0;
     std::optional<double> pin; // points
+    // A sheet that extended would not read as it does alone: left as the
+    // application wrote it, until it writes another.
+    bool alone = false;
 };
 
 QHash<const QWidget *, SheetState> &states()
@@ -35,7 +39,7 @@ SheetState *stateOf(QWidget *w, bool create)
     if (it == table.end()) {
         if (!create)
             return nullptr;
-        it = table.insert(w, SheetState{w->styleSheet(), w->styleSheet(), 1.0, std::nullopt});
+        it = table.insert(w, SheetState{w->styleSheet(), w->styleSheet(), 1.0, std::nullopt, false});
         // Once per widget, however often its state comes and goes.
         static QSet<const QWidget *> watched;
         if (!watched.contains(w)) {
@@ -49,6 +53,7 @@ SheetState *stateOf(QWidget *w, bool create)
         // The application set a sheet of its own since: that is the
         // original now.
         it->original = it->applied = w->styleSheet();
+        it->alone = false;
     }
     return &*it;
 }
@@ -70,28 +75,95 @@ QString pinSelector(const QWidget *w)
     return selector + QStringLiteral("[%1=\"true\"]").arg(QLatin1String(StyleSheets::PinProperty));
 }
 
+// Qt says so when it cannot read a sheet, as it reads it.
+QStringList *parseFailures = nullptr;
+QtMessageHandler previousHandler = nullptr;
+
+void catchParseFailures(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (parseFailures && type == QtWarningMsg && text.startsWith(QLatin1String("Could not parse stylesheet")))
+        parseFailures->append(text);
+    else if (previousHandler)
+        previousHandler(type, context, text);
+}
+
+// Sets `text`; false when Qt could not read it.
+bool setReadably(QWidget *w, const QString &text)
+{
+    QStringList failures;
+    parseFailures = &failures;
+    previousHandler = qInstallMessageHandler(catchParseFailures);
+    w->setStyleSheet(text);
+    w->ensurePolished(); // a widget never shown reads its sheet only now
+    qInstallMessageHandler(previousHandler);
+    parseFailures = nullptr;
+    return failures.isEmpty();
+}
+
 void compose(QWidget *w, SheetState &s)
 {
-    QString text = StyleSheets::scaleLengths(s.original, s.lengths);
-    if (s.pin) {
+    QString text = s.alone ? s.original : StyleSheets::scaleLengths(s.original, s.lengths);
+    const bool pinned = s.pin && !s.alone;
+    if (pinned) {
         // A bare list of declarations is a rule for everything; written as
-        // one, so that a rule can follow it.
+        // one, so that a rule can follow it, the way Qt itself reads it.
         if (StyleSheets::isBare(text))
-            text = QStringLiteral("* { %1 }").arg(text);
+            text = QStringLiteral("* {%1}").arg(text);
         text += QStringLiteral("\n%1 { font-size: %2pt; }").arg(pinSelector(w)).arg(*s.pin, 0, 'g', 6);
-        w->setProperty(StyleSheets::PinProperty, true);
-    } else {
-        w->setProperty(StyleSheets::PinProperty, QVariant());
     }
-    if (text != w->styleSheet())
-        w->setStyleSheet(text);
+    if (!s.alone && text != s.original && !StyleSheets::isClosed(s.original)) {
+        // Something written after an open comment, string or rule would
+        // land inside it.
+        s.alone = true;
+        text = s.original;
+    }
+    w->setProperty(StyleSheets::PinProperty, s.alone || !pinned ? QVariant() : QVariant(true));
+    if (text != w->styleSheet()) {
+        const bool read = setReadably(w, text);
+        if (text != s.original
+            && (!read || (pinned && !samePoints(QtFont::pointSize(w->font()), *s.pin)))) {
+            // Qt reads it differently from the sheet it extends: leave that
+            // sheet as the application wrote it.
+            s.alone = true;
+            text = s.original;
+            w->setProperty(StyleSheets::PinProperty, QVariant());
+            w->setStyleSheet(text);
+        }
+    }
     s.applied = text;
     // Back to the application's own sheet: nothing of Velmora's is left.
-    if (!s.pin && s.lengths == 1.0)
+    if (!s.alone && !s.pin && s.lengths == 1.0)
         states().remove(w);
 }
 
 } // namespace
+
+bool StyleSheets::isClosed(const QString &sheet)
+{
+    QChar quote;
+    int depth[3] = {0, 0, 0}; // braces, parentheses, brackets
+    for (qsizetype i = 0; i < sheet.size(); ++i) {
+        const QChar c = sheet.at(i);
+        if (!quote.isNull()) {
+            if (c == u'\\')
+                ++i;
+            else if (c == quote)
+                quote = QChar();
+        } else if (c == u'"' || c == u'\'') {
+            quote = c;
+        } else if (c == u'/' && sheet.mid(i, 2) == QLatin1String("/*")) {
+            const qsizetype end = sheet.indexOf(QLatin1String("*/"), i + 2);
+            if (end < 0)
+                return false;
+            i = end + 1;
+        } else {
+            const int k = QStringView(u"{}()[]").indexOf(c);
+            if (k >= 0 && (depth[k / 2] += k % 2 ? -1 : 1) < 0)
+                return false;
+        }
+    }
+    return quote.isNull() && depth[0] == 0 && depth[1] == 0 && depth[2] == 0;
+}
 
 bool StyleSheets::isBare(const QString &sheet)
 {
@@ -227,11 +299,12 @@ void StyleSheets::followFont(QWidget *widget, const QFont &font)
     const double wanted = QtFont::pointSize(font);
     // No pinned or scaled sheet in the process: nothing to look up.
     SheetState *s = states().isEmpty() ? nullptr : stateOf(widget, false);
-    if (!s) {
+    if (!s || !s->pin) {
         // The common case: the size took.
         if (samePoints(QtFont::pointSize(widget->font()), wanted))
             return;
-        s = stateOf(widget, true);
+        if (!s)
+            s = stateOf(widget, true);
     }
     if (s->pin) {
         // What the sheets give without the pin.
@@ -254,8 +327,11 @@ void FormStyleSheets::capture(QWidget *form)
     // The form's own sheet and its ancestors' up to the window, and every
     // sheet inside that window but in other forms' MDI windows.
     std::vector<QWidget *> found;
-    for (QWidget *w = form; w; w = w->isWindow() ? nullptr : w->parentWidget())
+    m_holders.clear();
+    for (QWidget *w = form; w; w = w->isWindow() ? nullptr : w->parentWidget()) {
         found.push_back(w);
+        m_holders.emplace_back(w);
+    }
     QWidget *window = found.back();
     std::vector<QWidget *> stack{window};
     while (!stack.empty()) {
@@ -280,6 +356,25 @@ void FormStyleSheets::capture(QWidget *form)
 
 void FormStyleSheets::scale(double factor)
 {
+    // Sizes a sheet gives the form and what holds it are the form's own
+    // limits, not a control's: scaled, they would hold the form at the size
+    // it grew to. They stay as they are.
+    struct Limits {
+        QWidget *w;
+        QSize minimum, maximum;
+    };
+    std::vector<Limits> limits;
+    for (QWidget *w : m_holders)
+        if (w)
+            limits.push_back({w, w->minimumSize(), w->maximumSize()});
+    const auto restoreLimits = qScopeGuard([&] {
+        for (const Limits &l : limits) {
+            if (l.w->minimumSize() != l.minimum)
+                l.w->setMinimumSize(l.minimum);
+            if (l.w->maximumSize() != l.maximum)
+                l.w->setMaximumSize(l.maximum);
+        }
+    });
     for (std::size_t i = 0; i < m_widgets.size(); ++i) {
         QWidget *w = m_widgets[i];
         if (!w)

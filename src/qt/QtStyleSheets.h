@@ -39,6 +39,9 @@ QString scaleLengths(const QString &sheet, double factor);
 // Whether `sheet` is a bare list of declarations (no rule braces), as a
 // widget's own sheet may be.
 bool isBare(const QString &sheet);
+// Whether `sheet` ends outside every comment, string, rule and bracket:
+// text written after it is read on its own.
+bool isClosed(const QString &sheet);
 
 // After `font` was set on `widget`: pins the size where a style sheet
 // overrode it, lifts the pin once the size is the one the sheet gives.
@@ -61,6 +64,7 @@ public:
 
 private:
     std::vector<QPointer<QWidget>> m_widgets;
+    std::vector<QPointer<QWidget>> m_holders; // the form and its ancestors up to the window
     // Each one's lengths at capture, relative to its original sheet.
     std::vector<double> m_bases;
 };

@@ -149,6 +149,8 @@ void ImageListBinding::follow(Slot slot)
     ++followers()[list];
     m_followed[slot] = list;
     m_following[slot] = connect(list, &VelmoraImageList::imagesChanged, this, &ImageListBinding::scheduleRefresh);
+    // Gone, it was forgotten with it; another list may take its address.
+    m_gone[slot] = connect(list, &QObject::destroyed, this, [this, slot] { m_followed[slot] = nullptr; });
 }
 
 void ImageListBinding::unfollow(Slot slot)
@@ -156,12 +158,13 @@ void ImageListBinding::unfollow(Slot slot)
     if (!m_followed[slot])
         return;
     disconnect(m_following[slot]);
-    // A list that went away was forgotten with it; another one may have
-    // its address by now.
+    disconnect(m_gone[slot]);
+    // Only addresses are compared: this may run while the list is being
+    // deleted (a control bound to it is its child), when it is a list no
+    // more; it has been forgotten by then.
     auto &counts = followers();
-    if (m_lists[slot] == m_followed[slot])
-        if (auto it = counts.find(m_followed[slot]); it != counts.end() && --*it <= 0)
-            counts.erase(it);
+    if (auto it = counts.find(m_followed[slot]); it != counts.end() && --*it <= 0)
+        counts.erase(it);
     m_followed[slot] = nullptr;
 }
 

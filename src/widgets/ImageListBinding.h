@@ -66,6 +66,7 @@ private:
     QPointer<QWidget> m_control;
     QPointer<VelmoraImageList> m_lists[2];
     QMetaObject::Connection m_following[2];
+    QMetaObject::Connection m_gone[2];
     const VelmoraImageList *m_followed[2] = {nullptr, nullptr}; // counted among its followers
     bool m_suspended = false;
     bool m_pending = false;

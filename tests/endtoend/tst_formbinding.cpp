@@ -55,7 +55,9 @@ class tst_FormBinding : public QObject {
 private Q_SLOTS:
     void mainWindowInAnyOrder_data();
     void mainWindowInAnyOrder();
+    void rebindingStartsFromScratch_data();
     void rebindingStartsFromScratch();
+    void oneComponentServesAForm();
     void restoringRunsThePass();
     void resetWaitsForARealSize();
     void recordsBelongToTheirWidget();
@@ -112,26 +114,85 @@ void tst_FormBinding::mainWindowInAnyOrder()
     Q_UNUSED(file);
 }
 
+void tst_FormBinding::rebindingStartsFromScratch_data()
+{
+    QTest::addColumn<bool>("pending"); // moved while a pass for the first form waits
+    QTest::addColumn<bool>("onMouseUp");
+    QTest::addColumn<bool>("secondShown"); // before the move
+    QTest::newRow("moved after its pass") << false << false << false;
+    QTest::newRow("moved while a pass waits in the queue") << true << false << true;
+    QTest::newRow("moved while a pass waits for resizing to pause") << true << true << true;
+    QTest::newRow("moved while a pass waits, to a hidden form") << true << false << false;
+}
+
 void tst_FormBinding::rebindingStartsFromScratch()
 {
+    QFETCH(bool, pending);
+    QFETCH(bool, onMouseUp);
+    QFETCH(bool, secondShown);
     QWidget first, second;
     first.resize(400, 300);
     second.resize(800, 500);
     addLabel(&first, QRect(40, 30, 100, 20));
     QLabel *label = addLabel(&second, QRect(80, 50, 200, 40));
     auto *velmora = new VelmoraControl(&first);
-    velmora->setResizeOnMouseUp(false);
+    velmora->setResizeOnMouseUp(onMouseUp);
     first.show();
+    if (secondShown)
+        second.show();
     QTRY_VERIFY(velmora->isFormReady());
-    resizeAndSettle(&first, QSize(800, 600));
+    if (pending) {
+        first.resize(800, 600); // its pass not run yet
+    } else {
+        resizeAndSettle(&first, QSize(800, 600));
+        QTRY_COMPARE(first.findChild<QLabel *>()->geometry(), QRect(80, 60, 200, 40));
+    }
 
     // Moved to a form of another size: laid out from that form alone.
     velmora->setParent(&second);
     second.show();
     QTRY_VERIFY(velmora->isFormReady());
+    QTest::qWait(150);
     QCOMPARE(label->geometry(), QRect(80, 50, 200, 40));
     resizeAndSettle(&second, QSize(1600, 1000));
-    QCOMPARE(label->geometry(), QRect(160, 100, 400, 80));
+    QTRY_COMPARE(label->geometry(), QRect(160, 100, 400, 80));
+}
+
+void tst_FormBinding::oneComponentServesAForm()
+{
+    // A second component on a form (dropped by mistake, or brought by a
+    // piece of the form) stays passive, says so once, and takes over when
+    // the first goes.
+    QWidget form;
+    form.resize(400, 300);
+    QLabel *label = addLabel(&form, QRect(20, 20, 100, 30));
+    QFont designFont = label->font();
+    designFont.setPointSizeF(10);
+    label->setFont(designFont);
+    auto *first = new VelmoraControl(&form);
+    first->setObjectName(QStringLiteral("firstVelmora"));
+    first->setResizeOnMouseUp(false);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("secondVelmora.*firstVelmora|firstVelmora.*secondVelmora")));
+    auto *second = new VelmoraControl;
+    second->setObjectName(QStringLiteral("secondVelmora"));
+    second->setResizeOnMouseUp(false);
+    second->setParent(&form);
+    second->setParent(nullptr); // and back: still said once
+    second->setParent(&form);
+    form.show();
+    QTRY_VERIFY(first->isFormReady());
+    QVERIFY(!second->isFormReady());
+    resizeAndSettle(&form, QSize(800, 600));
+    QTRY_COMPARE(label->geometry(), QRect(40, 40, 200, 60));
+    QCOMPARE(label->font().pointSizeF(), 20.0);
+    resizeAndSettle(&form, QSize(400, 300));
+    QTRY_COMPARE(label->geometry(), QRect(20, 20, 100, 30));
+    QCOMPARE(label->font().pointSizeF(), 10.0);
+
+    delete first;
+    QTRY_VERIFY(second->isFormReady());
+    resizeAndSettle(&form, QSize(600, 450));
+    QTRY_COMPARE(label->geometry(), QRect(30, 30, 150, 45));
 }
 
 void tst_FormBinding::restoringRunsThePass()

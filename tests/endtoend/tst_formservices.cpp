@@ -8,6 +8,7 @@
 #include "widgets/VelmoraLine.h"
 
 #include <QCalendarWidget>
+#include <QDialog>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMdiArea>
@@ -85,6 +86,12 @@ private Q_SLOTS:
     void wipeRegions();
     void wipesOnAWindow_data();
     void wipesOnAWindow();
+    void reshownIsANewStart();
+    void dialogsUnloadWhenDone_data();
+    void dialogsUnloadWhenDone();
+    void wipeEndsWithItsWindow();
+    void gradientFollowsEveryResize_data();
+    void gradientFollowsEveryResize();
     void designTimeIsInert();
 
 private:
@@ -738,6 +745,9 @@ void tst_FormServices::wipeRegions()
     const velmora::WipeEffect timed(opening, kind, QRect(at, QSize(200, 100)), 0.5);
     QCOMPARE(timed.steps(), 9);
     QVERIFY(qAbs(timed.secondsPerStep() - 0.5 / 9) < 1e-9);
+    // However long it is asked to take, a wipe lasts 10 s at most.
+    for (double endless : {1e5, 2e8, 1e300})
+        QCOMPARE(velmora::WipeEffect(opening, kind, QRect(at, QSize(200, 100)), endless).steps(), 180);
 }
 
 void tst_FormServices::wipesOnAWindow_data()
@@ -777,6 +787,134 @@ void tst_FormServices::wipesOnAWindow()
     // Closed: the last region stays, and shows nothing of the window.
     QVERIFY(!window.mask().isEmpty());
     QVERIFY(!window.mask().intersects(window.rect()));
+}
+
+void tst_FormServices::reshownIsANewStart()
+{
+    // Closed with a wipe (hidden, in Qt) and shown again: it opens as it
+    // did the first time, placed again, with the layout it had.
+    QWidget window;
+    window.resize(300, 200);
+    auto *label = new QLabel(QStringLiteral("label"), &window);
+    label->setGeometry(30, 20, 120, 30);
+    auto *velmora = new VelmoraControl(&window);
+    velmora->setResizeOnMouseUp(false);
+    velmora->setFormOpen(VelmoraControl::FoWipeRight);
+    velmora->setFormOpenTime(0.3);
+    velmora->setFormClose(VelmoraControl::FcWipeLeft);
+    velmora->setFormCloseTime(0);
+    velmora->setCenterX(true);
+    bool masked = false; // seen part way through the opening wipe
+    QTimer probe;
+    connect(&probe, &QTimer::timeout, &window, [&] {
+        const QRegion mask = window.mask();
+        masked = masked || (!mask.isEmpty() && mask.intersects(window.rect()) && mask != QRegion(window.rect()));
+    });
+    probe.start(10);
+    window.show();
+    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));
+    QVERIFY(masked);
+    const QPoint centred = window.pos();
+    QVERIFY(window.close());
+    QVERIFY(!window.mask().intersects(window.rect()));
+    masked = false;
+    window.move(0, centred.y() + 40);
+    window.resize(600, 400);
+    window.show();
+    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady() && window.mask().isEmpty(); }, 2000));
+    QVERIFY(masked);
+    QCOMPARE(window.x(), centred.x() - 150);
+    QCOMPARE(label->geometry(), QRect(60, 40, 240, 60));
+    window.resize(300, 200);
+    QTRY_COMPARE(label->geometry(), QRect(30, 20, 120, 30));
+}
+
+void tst_FormServices::dialogsUnloadWhenDone_data()
+{
+    QTest::addColumn<int>("how");
+    QTest::newRow("accept()") << 0;
+    QTest::newRow("reject()") << 1;
+    QTest::newRow("done(7)") << 2;
+}
+
+void tst_FormServices::dialogsUnloadWhenDone()
+{
+    // A dialog ends by accept(), reject() or done(), which Qt sends it no
+    // close for: that is its unload all the same.
+    QFETCH(int, how);
+    velmoraSettings().clear();
+    QDialog dialog;
+    dialog.resize(300, 200);
+    auto *velmora = new VelmoraControl(&dialog);
+    velmora->setSaveWindowState(true);
+    velmora->setWindowName(QStringLiteral("Dialog"));
+    velmora->setFormClose(VelmoraControl::FcWipeDown);
+    velmora->setFormCloseTime(0);
+    dialog.show();
+    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }, 2000));
+    QVERIFY(dialog.mask().isEmpty());
+    if (how == 0)
+        dialog.accept();
+    else if (how == 1)
+        dialog.reject();
+    else
+        dialog.done(7);
+    QVERIFY(dialog.isHidden());
+    QVERIFY(!dialog.mask().isEmpty() && !dialog.mask().intersects(dialog.rect())); // wiped out
+    QVERIFY(velmoraSettings().childGroups().contains(QStringLiteral("Dialog"))); // saved now, not at deletion
+    QCOMPARE(dialog.result(), how == 0 ? 1 : how == 1 ? 0 : 7);
+}
+
+void tst_FormServices::wipeEndsWithItsWindow()
+{
+    // A window deleted (or hidden) while it wipes open ends its wipe: the
+    // application goes on at once, not ten seconds later.
+    auto *window = new QWidget;
+    window->resize(300, 200);
+    auto *velmora = new VelmoraControl(window);
+    velmora->setFormOpen(VelmoraControl::FoWipeDown);
+    velmora->setFormOpenTime(10);
+    QPointer<QWidget> guard = window;
+    bool wiping = false;
+    QTimer::singleShot(300, window, [&] {
+        wiping = !window->mask().isEmpty();
+        delete window;
+    });
+    window->show();
+    QVERIFY(QTest::qWaitFor([&] { return !guard; }, 3000));
+    QVERIFY(wiping);
+}
+
+void tst_FormServices::gradientFollowsEveryResize_data()
+{
+    QTest::addColumn<bool>("scaleControls");
+    QTest::addColumn<bool>("onMouseUp");
+    QTest::newRow("controls scaled at once") << true << false;
+    QTest::newRow("controls scaled when resizing pauses") << true << true;
+    QTest::newRow("controls not scaled") << false << false;
+}
+
+void tst_FormServices::gradientFollowsEveryResize()
+{
+    QFETCH(bool, scaleControls);
+    QFETCH(bool, onMouseUp);
+    Form f([&](VelmoraControl *v) {
+        v->setGradientFill(true);
+        v->setGradientColour(0xFFFFFF);
+        v->setScaleControls(scaleControls);
+        v->setResizeOnMouseUp(onMouseUp);
+    });
+    QVERIFY(f.show());
+    f.widget.resize(800, 600);
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    // The band at the bottom of the new size, not the window's background.
+    const auto outer = f.widget.frameGeometry().size() * 15;
+    const velmora::GradientBands bands(outer.width(), outer.height(), velmora::GradientChannels::fromColour(0xFFFFFF));
+    int k = 0;
+    while (k + 1 < velmora::GradientBands::Count && bands.bottom(k) / 15 < 590)
+        ++k;
+    QCOMPARE(f.at(790, 590), rgb(bands.colour(k)));
 }
 
 void tst_FormServices::designTimeIsInert()

@@ -7,6 +7,8 @@
 #include "widgets/VelmoraImageList.h"
 
 #include <QBuffer>
+#include <QListWidget>
+#include <QTreeWidget>
 #include <QPainter>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -35,6 +37,7 @@ private Q_SLOTS:
     void adding_data();
     void adding();
     void designerProperties();
+    void listDeletedWithItsControls();
     void loadedFromUi();
     void shownOnlyInAnEditor_data();
     void shownOnlyInAnEditor();
@@ -97,6 +100,26 @@ void tst_ImageList::adding()
         if (!keys.at(i).isEmpty())
             QCOMPARE(list.indexOf(keys.at(i)), i);
     QCOMPARE(list.indexOf(QString()), -1);
+}
+
+void tst_ImageList::listDeletedWithItsControls()
+{
+    // Controls bound to a list may be its own children: they go while the
+    // list is being deleted, and must not look at it as a list any more.
+    auto *list = new VelmoraImageList;
+    list->setImages({m_red16, m_blue64});
+    for (const char *which : {"ImageList", "Icons", "SmallIcons"}) {
+        QWidget *view = which[0] == 'I' && which[1] == 'm' ? static_cast<QWidget *>(new QTreeWidget(list))
+                                                          : new QListWidget(list);
+        VelmoraImageList::setImageList(view, list, which);
+        QCOMPARE(VelmoraImageList::imageList(view, which), list);
+    }
+    auto *other = new QListWidget;
+    VelmoraImageList::setImageList(other, list);
+    QCoreApplication::processEvents();
+    delete list;
+    QCOMPARE(VelmoraImageList::imageList(other), nullptr);
+    delete other;
 }
 
 void tst_ImageList::designerProperties()

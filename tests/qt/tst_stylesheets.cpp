@@ -106,6 +106,11 @@ private Q_SLOTS:
     void exemptFontsStay();
     void pixelLengthsScale();
     void applicationSheetsAreKept();
+    void formSheetsNeverHoldTheForm();
+    void designSizeGivesTheOriginals_data();
+    void designSizeGivesTheOriginals();
+    void sheetsThatWouldNotParseAreLeftAlone_data();
+    void sheetsThatWouldNotParseAreLeftAlone();
 };
 
 void tst_StyleSheets::lengths_data()
@@ -271,6 +276,113 @@ void tst_StyleSheets::applicationSheetsAreKept()
     QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
     QCOMPARE(f.label->styleSheet(), mine);
     VERIFY_DRAWS_AT(f.label, 10.0);
+}
+
+void tst_StyleSheets::formSheetsNeverHoldTheForm()
+{
+    // The form's own sheet sizes the form: scaled, it would hold the form
+    // at the size it grew to, and the form could never come back.
+    QWidget form;
+    form.setObjectName(QStringLiteral("frmMain"));
+    const QString sheet = QStringLiteral("#frmMain { min-width: 400px; min-height: 300px; }");
+    form.setStyleSheet(sheet);
+    auto *button = new QPushButton(QStringLiteral("Go"), &form);
+    button->setGeometry(20, 200, 100, 30);
+    auto *velmora = new VelmoraControl(&form);
+    velmora->setResizeOnMouseUp(false);
+    form.resize(400, 300);
+    form.show();
+    QVERIFY(QTest::qWaitFor([&] { return velmora->isFormReady(); }));
+    form.resize(800, 600);
+    QTRY_COMPARE(button->geometry(), QRect(40, 400, 200, 60));
+    for (int i = 0; i < 3; ++i) {
+        form.resize(400, 300);
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
+    QCOMPARE(form.size(), QSize(400, 300));
+    QTRY_COMPARE(button->geometry(), QRect(20, 200, 100, 30));
+    QCOMPARE(form.styleSheet(), sheet);
+}
+
+void tst_StyleSheets::designSizeGivesTheOriginals_data()
+{
+    QTest::addColumn<QString>("groupSheet");
+    QTest::addColumn<QString>("labelSheet");
+    QTest::addColumn<QSize>("offBy"); // the form's size away from the design size first
+    QTest::newRow("an ancestor's bare size in pixels, a pixel off")
+        << "font-size: 2px" << "color: #c00000" << QSize(1, -1);
+    QTest::newRow("an ancestor's bare size in pixels, doubled") << "font-size: 2px" << "color: #c00000" << QSize(400, 300);
+    QTest::newRow("an ancestor's size in points, a pixel off") << "QLabel { font: 7pt; }" << "padding: 1px" << QSize(1, -1);
+}
+
+void tst_StyleSheets::designSizeGivesTheOriginals()
+{
+    QFETCH(QString, groupSheet);
+    QFETCH(QString, labelSheet);
+    QFETCH(QSize, offBy);
+    StyledForm f;
+    f.group->setStyleSheet(groupSheet);
+    f.label->setStyleSheet(labelSheet);
+    QVERIFY(f.show());
+    const QSize chrome = f.window.size() - f.form->size();
+    f.window.resize(QSize(400, 300) + offBy + chrome);
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    f.scaleTo(1.0);
+    QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
+    QCOMPARE(f.label->styleSheet(), labelSheet);
+    QCOMPARE(f.group->styleSheet(), groupSheet);
+    QVERIFY(!f.label->property(velmora::qt::StyleSheets::PinProperty).isValid());
+}
+
+void tst_StyleSheets::sheetsThatWouldNotParseAreLeftAlone_data()
+{
+    // Sheets a rule written after them could change or break: extended
+    // only where Qt reads the result as the sheet plus that rule.
+    QTest::addColumn<QString>("labelSheet");
+    QTest::addColumn<bool>("extended");
+    QTest::newRow("a declaration Qt skips, wrapped as Qt wraps it") << "c:(());." << true;
+    QTest::newRow("an open comment") << "color: #c00000; /* left open" << false;
+    QTest::newRow("an open string") << "color: #c00000; qproperty-text: \"open" << false;
+    QTest::newRow("an open rule") << "QLabel { color: #c00000;" << false;
+}
+
+namespace {
+QStringList parseWarnings;
+void catchParseWarnings(QtMsgType, const QMessageLogContext &, const QString &text)
+{
+    if (text.contains(QLatin1String("Could not parse")))
+        parseWarnings << text;
+}
+} // namespace
+
+void tst_StyleSheets::sheetsThatWouldNotParseAreLeftAlone()
+{
+    QFETCH(QString, labelSheet);
+    QFETCH(bool, extended);
+    StyledForm f;
+    f.window.setStyleSheet(QStringLiteral("QLabel { font: 10pt; }"));
+    f.label->setStyleSheet(labelSheet);
+    QVERIFY(f.show());
+    const QPalette::ColorRole text = f.label->foregroundRole();
+    const QColor colour = f.label->palette().color(text);
+    parseWarnings.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(catchParseWarnings);
+    f.scaleTo(2.0);
+    const bool placed = QTest::qWaitFor([&] { return f.label->geometry() == QRect(40, 80, 240, 48); });
+    const QString scaled = f.label->styleSheet();
+    const QColor scaledColour = f.label->palette().color(text);
+    const bool drawnScaled = drawsAt(f.label, 20.0);
+    f.scaleTo(1.0);
+    qInstallMessageHandler(previous);
+    QVERIFY(placed);
+    QCOMPARE(scaled != labelSheet, extended);
+    QCOMPARE(drawnScaled, extended);
+    QCOMPARE(scaledColour, colour);
+    QCOMPARE(parseWarnings, QStringList());
+    QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
+    QCOMPARE(f.label->styleSheet(), labelSheet);
 }
 
 QTEST_MAIN(tst_StyleSheets)

@@ -55,6 +55,10 @@ private Q_SLOTS:
     void hiddenStaysOffScreen();
     void cancelRestoresOnce();
     void maximisedComesBackMaximised();
+    void slotsOfTheCancel_data();
+    void slotsOfTheCancel();
+    void ownLimitsLiftedWhilePrinted_data();
+    void ownLimitsLiftedWhilePrinted();
     void refusedWhereItDoesNotApply_data();
     void refusedWhereItDoesNotApply();
     void aboutBoxShowsTheVersion();
@@ -163,6 +167,88 @@ void tst_PrintSize::maximisedComesBackMaximised()
     QCOMPARE(f.widget.frameGeometry().size(), QSize(640, 480));
     f.velmora->PrintSize(false);
     QTRY_VERIFY(f.widget.isMaximized());
+}
+
+void tst_PrintSize::slotsOfTheCancel_data()
+{
+    QTest::addColumn<QString>("slot");
+    QTest::newRow("ends the print size itself") << "restore";
+    QTest::newRow("prints again") << "again";
+    QTest::newRow("deletes the component") << "delete component";
+    QTest::newRow("deletes the form") << "delete form";
+}
+
+void tst_PrintSize::slotsOfTheCancel()
+{
+    // One notice of the cancel, whatever its slot does.
+    QFETCH(QString, slot);
+    auto *f = new Form;
+    QPointer<QWidget> form = &f->widget;
+    QPointer<VelmoraControl> velmora = f->velmora;
+    QVERIFY(f->show());
+    const QRect before = f->widget.frameGeometry();
+    int notices = 0;
+    connect(velmora, &VelmoraControl::PrintCancelled, this, [&] {
+        ++notices;
+        if (slot == QLatin1String("restore"))
+            velmora->PrintSize(false);
+        else if (slot == QLatin1String("again"))
+            velmora->PrintSize(true, 500, 400, 3);
+        else if (slot == QLatin1String("delete component"))
+            delete velmora.data();
+        else
+            delete f;
+    });
+    velmora->PrintSize(true, 700, 500, 3, false, true, true);
+    auto *cancel = printDialog()->findChild<QPushButton *>(QStringLiteral("cmdCancel"));
+    QTest::mouseClick(cancel, Qt::LeftButton);
+    QCOMPARE(notices, 1);
+    QTRY_VERIFY(!printDialog());
+    if (slot == QLatin1String("delete form")) {
+        QVERIFY(!form && !velmora);
+        return;
+    }
+    if (slot == QLatin1String("again"))
+        QCOMPARE(f->widget.frameGeometry().size(), QSize(500, 400));
+    else
+        QCOMPARE(f->widget.frameGeometry(), before);
+    if (velmora)
+        velmora->PrintSize(false);
+    QCOMPARE(f->widget.frameGeometry(), before);
+    QCOMPARE(notices, 1);
+    delete f;
+}
+
+void tst_PrintSize::ownLimitsLiftedWhilePrinted_data()
+{
+    QTest::addColumn<QSize>("minimum");
+    QTest::addColumn<QSize>("maximum");
+    QTest::addColumn<QSize>("print");
+    QTest::newRow("larger than its maximum") << QSize(0, 0) << QSize(500, 400) << QSize(800, 1100);
+    QTest::newRow("smaller than its minimum") << QSize(400, 300) << QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX)
+                                              << QSize(200, 150);
+    QTest::newRow("a fixed size") << QSize(400, 300) << QSize(400, 300) << QSize(600, 900);
+}
+
+void tst_PrintSize::ownLimitsLiftedWhilePrinted()
+{
+    // A print asks for a page's size: the form's own limits give way while
+    // it is printed, and are its own again exactly afterwards.
+    QFETCH(QSize, minimum);
+    QFETCH(QSize, maximum);
+    QFETCH(QSize, print);
+    Form f;
+    f.widget.setMinimumSize(minimum);
+    f.widget.setMaximumSize(maximum);
+    QVERIFY(f.show());
+    const QRect before = f.widget.frameGeometry();
+    f.velmora->PrintSize(true, print.width(), print.height(), 3);
+    QCOMPARE(f.widget.frameGeometry().size(), print);
+    QTRY_COMPARE(f.label->width(), qRound(200.0 * f.widget.width() / 400));
+    f.velmora->PrintSize(false);
+    QCOMPARE(f.widget.frameGeometry(), before);
+    QCOMPARE(f.widget.minimumSize(), minimum);
+    QCOMPARE(f.widget.maximumSize(), maximum);
 }
 
 void tst_PrintSize::refusedWhereItDoesNotApply_data()

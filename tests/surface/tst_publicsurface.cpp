@@ -768,7 +768,7 @@ void tst_PublicSurface::slotsMayDeleteTheControl_data()
     // A call on the control of a shown form, and the setting whose change
     // notice deletes the control during it.
     QTest::addColumn<QString>("call");
-    QTest::addColumn<QString>("at");
+    QTest::addColumn<QString>("at"); // a setting, or the pass's signal the call raises
     QTest::newRow("setOptions: the count grows") << "setOptions" << "ControlFlagCount";
     QTest::newRow("setOptions: the entry gets its key") << "setOptions" << "ControlFlagControlKey";
     QTest::newRow("setOptions: the first switch") << "setOptions" << "ControlFlagDontScaleLeft";
@@ -779,6 +779,9 @@ void tst_PublicSurface::slotsMayDeleteTheControl_data()
     QTest::newRow("ScaleY") << "ScaleY" << "ScaleY";
     QTest::newRow("MinWidth") << "MinWidth" << "MinWidth";
     QTest::newRow("GradientFill") << "GradientFill" << "GradientFill";
+    for (const char *limit : {"MinWidth", "MaxWidth", "MinHeight", "MaxHeight"})
+        QTest::addRow("%s: in the pass it runs", limit) << limit << "ResizeStarted";
+    QTest::newRow("PrintSize: in the pass it runs") << "PrintSize" << "ResizeStarted";
 }
 
 void tst_PublicSurface::slotsMayDeleteTheControl()
@@ -797,6 +800,10 @@ void tst_PublicSurface::slotsMayDeleteTheControl()
         if (name == at)
             delete v.data();
     });
+    if (at == QLatin1String("ResizeStarted"))
+        connect(v, &VelmoraControl::ResizeStarted, v, [&] { delete v.data(); });
+    if (at == QLatin1String("ResizeDone"))
+        connect(v, &VelmoraControl::ResizeDone, v, [&] { delete v.data(); });
     if (call == QLatin1String("setOptions"))
         v->setOptions(logo, VelmoraControl::DontScaleLeft | VelmoraControl::DontScaleTop | VelmoraControl::DontScaleHeight);
     else if (call == QLatin1String("ScaleControls"))
@@ -809,6 +816,14 @@ void tst_PublicSurface::slotsMayDeleteTheControl()
         v->setScaleY(50);
     else if (call == QLatin1String("MinWidth"))
         v->setMinWidth(3000);
+    else if (call == QLatin1String("MaxWidth"))
+        v->setMaxWidth(30000);
+    else if (call == QLatin1String("MinHeight"))
+        v->setMinHeight(3000);
+    else if (call == QLatin1String("MaxHeight"))
+        v->setMaxHeight(30000);
+    else if (call == QLatin1String("PrintSize"))
+        v->PrintSize(true, 500, 400, 3);
     else
         v->setGradientFill(true);
     QVERIFY(!v);
