@@ -85,6 +85,9 @@ FormDriver::FormDriver(ResizeEngine &engine, QObject *parent)
         const auto alive = hold();
         reachedScreen(false);
     });
+    m_tmrRestoreFrame.setSingleShot(true);
+    m_tmrRestoreFrame.setInterval(RestoreSettleMs);
+    connect(&m_tmrRestoreFrame, &QTimer::timeout, this, [this] { correctRestoredFrame(); });
     m_tmrDisableResize.setSingleShot(true);
     m_tmrDisableResize.setInterval(DisableResizeMs);
     connect(&m_tmrDisableResize, &QTimer::timeout, this, [this] {
@@ -126,6 +129,8 @@ void FormDriver::bind(QWidget *form)
     ++m_binding;
     m_passPosted = false;
     m_restoreFrame = QRect();
+    m_restoreTries = 0;
+    m_tmrRestoreFrame.stop();
     m_tmrDelayResize.stop();
     if (m_screenWait)
         m_screenWait->removeEventFilter(this);
@@ -214,7 +219,7 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
             break;
         }
         if (m_restoreTries > 0 && (event->type() == QEvent::Move || event->type() == QEvent::Resize))
-            correctRestoredFrame();
+            m_tmrRestoreFrame.start(); // not settled yet
     }
     if (watched == m_window && event->type() == QEvent::WindowStateChange && Loaded) {
         // Passes are skipped while minimised, and restoring sends no resize.
@@ -222,10 +227,11 @@ bool FormDriver::eventFilter(QObject *watched, QEvent *event)
         if ((old & Qt::WindowMinimized) && !(m_window->windowState() & Qt::WindowMinimized))
             postPass();
         if (m_restoreFrame.isValid() && m_window->windowState() == Qt::WindowNoState) {
-            // The window manager puts it back at the rectangle it was
-            // given, and sends that after this: a few answers to take.
-            m_restoreTries = 3;
-            QMetaObject::invokeMethod(this, [this] { correctRestoredFrame(); }, Qt::QueuedConnection);
+            // The window manager puts it back at the rectangle it was given
+            // after this, and Qt learns its new frame later still: the frame
+            // is given once the window has stopped moving.
+            m_restoreTries = 2;
+            m_tmrRestoreFrame.start();
         }
     }
     if (watched == m_mdiArea && event->type() == QEvent::Resize && Loaded && m_engine.FormReady)
@@ -287,8 +293,10 @@ void FormDriver::correctRestoredFrame()
     if (m_restoreTries <= 0 || !window || window->windowState() != Qt::WindowNoState)
         return;
     const QRect frame = window->frameGeometry(), inner = window->geometry();
-    if (frame == inner)
-        return; // not framed yet
+    if (frame == inner) {
+        m_tmrRestoreFrame.start(); // not framed yet
+        return;
+    }
     if (frame == m_restoreFrame || --m_restoreTries < 0) {
         // Where it belongs (or the window manager will not have it there):
         // from now on the window is the user's.
@@ -299,6 +307,7 @@ void FormDriver::correctRestoredFrame()
     const QMargins decoration(inner.left() - frame.left(), inner.top() - frame.top(),
                               frame.right() - inner.right(), frame.bottom() - inner.bottom());
     window->setGeometry(m_restoreFrame - decoration);
+    m_tmrRestoreFrame.start(); // and looked at again once it has settled
 }
 
 void FormDriver::postPass()

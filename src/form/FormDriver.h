@@ -153,6 +153,8 @@ private:
     QRect m_placedFrame; // the frame the set-up gave a window that had none yet
     QRect m_restoreFrame; // the same, for a window that showed maximised
     int m_restoreTries = 0;
+    QTimer m_tmrRestoreFrame;
+    static constexpr int RestoreSettleMs = 250;
     // A dialog ends (accept(), reject(), done()) with a close whose event Qt
     // gives its own filter first: this one sees it before.
     QPointer<QObject> m_closeWatch;
