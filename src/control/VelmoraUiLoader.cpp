@@ -64,6 +64,15 @@ QWidget *VelmoraUiLoader::createWidget(const QString &className, QWidget *parent
     return w;
 }
 
+QLayout *VelmoraUiLoader::createLayout(const QString &className, QObject *parent, const QString &name)
+{
+    if (QLayout *layout = QUiLoader::createLayout(className, parent, name))
+        return layout;
+    qWarning("VelmoraUiLoader: no layout class \"%s\" (layout \"%s\"); laid out as a QVBoxLayout",
+             qPrintable(className), qPrintable(name));
+    return QUiLoader::createLayout(QStringLiteral("QVBoxLayout"), parent, name);
+}
+
 QString VelmoraUiLoader::settingsXml(const QVariantMap &bag, int indent)
 {
     const QMetaObject &mo = VelmoraControl::staticMetaObject;

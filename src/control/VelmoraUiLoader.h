@@ -22,6 +22,10 @@ public:
 
     QWidget *createWidget(const QString &className, QWidget *parent = nullptr,
                           const QString &name = QString()) override;
+    // A layout of a class Qt does not know (or of none) becomes a vertical
+    // box layout, with a warning, where Qt's loader would crash.
+    QLayout *createLayout(const QString &className, QObject *parent = nullptr,
+                          const QString &name = QString()) override;
 
     // The Velmora classes this loader creates itself.
     static QStringList velmoraClasses();

@@ -26,7 +26,9 @@
 #include <QStackedWidget>
 #include <QTabWidget>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace velmora::qt {
 
@@ -315,6 +317,29 @@ SetResult QtControl::writeBridged(std::string_view name, const Value &value)
     return writeQtProperty(m_widget, name, value, [this] { willWrite(); });
 }
 
+namespace {
+
+// Qt keeps a widget's edges as ints, its far edges included: a geometry
+// from a file can be where its width no longer fits. Read wide, written
+// back within what Qt can hold.
+qint64 widthOf(const QRect &g)
+{
+    return qint64(g.right()) - g.left() + 1;
+}
+qint64 heightOf(const QRect &g)
+{
+    return qint64(g.bottom()) - g.top() + 1;
+}
+QRect boundedRect(qint64 x, qint64 y, qint64 w, qint64 h)
+{
+    w = std::clamp<qint64>(w, 0, QWIDGETSIZE_MAX);
+    h = std::clamp<qint64>(h, 0, QWIDGETSIZE_MAX);
+    constexpr qint64 reach = std::numeric_limits<int>::max() - QWIDGETSIZE_MAX;
+    return QRect(int(std::clamp<qint64>(x, -reach, reach)), int(std::clamp<qint64>(y, -reach, reach)), int(w), int(h));
+}
+
+} // namespace
+
 GetResult QtControl::getEdge(Edge edge) const
 {
     if (!m_widget)
@@ -327,9 +352,9 @@ GetResult QtControl::getEdge(Edge edge) const
     case Edge::Top:
         return Value(static_cast<float>(u.toUnits(g.y(), Axis::Y)));
     case Edge::Width:
-        return Value(static_cast<float>(u.toUnits(g.width(), Axis::X)));
+        return Value(static_cast<float>(u.toUnits(double(widthOf(g)), Axis::X)));
     case Edge::Height:
-        return Value(static_cast<float>(u.toUnits(g.height(), Axis::Y)));
+        return Value(static_cast<float>(u.toUnits(double(heightOf(g)), Axis::Y)));
     }
     return hostError(HostErrc::Failed);
 }
@@ -351,22 +376,23 @@ SetResult QtControl::setEdge(Edge edge, const Value &value)
         return hostError(HostErrc::Arithmetic, "Overflow");
     if ((edge == Edge::Width || edge == Edge::Height) && px < 0)
         return hostError(HostErrc::InvalidValue, "Invalid property value");
-    QRect g = m_widget->geometry();
+    const QRect g = m_widget->geometry();
+    qint64 x = g.left(), y = g.top(), w = widthOf(g), h = heightOf(g);
     switch (edge) {
     case Edge::Left:
-        g.moveLeft(px);
+        x = px;
         break;
     case Edge::Top:
-        g.moveTop(px);
+        y = px;
         break;
     case Edge::Width:
-        g.setWidth(px);
+        w = px;
         break;
     case Edge::Height:
-        g.setHeight(px);
+        h = px;
         break;
     }
-    place(g);
+    place(boundedRect(x, y, w, h));
     return Done{};
 }
 
@@ -391,7 +417,7 @@ SetResult QtControl::move(const std::vector<Value> &args)
     }
     if (px[2] < 0 || px[3] < 0)
         return hostError(HostErrc::InvalidValue, "Invalid property value");
-    place(QRect(px[0], px[1], px[2], px[3]));
+    place(boundedRect(px[0], px[1], px[2], px[3]));
     return Done{};
 }
 

@@ -7,12 +7,22 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
 // A freshly dropped line has to be visible to be found again, so it starts as
 // a short horizontal rule rather than a single point.
 constexpr int DefaultLength = 100;
+
+// Within what a widget's geometry can hold, margins included.
+constexpr int MaxBorderWidth = 32767;
+constexpr int Reach = std::numeric_limits<int>::max() / 2 - MaxBorderWidth;
+
+QPoint bounded(const QPoint &p)
+{
+    return QPoint(std::clamp(p.x(), -Reach, Reach), std::clamp(p.y(), -Reach, Reach));
+}
 
 } // namespace
 
@@ -73,8 +83,9 @@ QPoint VelmoraLine::p2() const
     return endPoint(false);
 }
 
-void VelmoraLine::setPoints(const QPoint &p1, const QPoint &p2)
+void VelmoraLine::setPoints(const QPoint &from, const QPoint &to)
 {
+    const QPoint p1 = bounded(from), p2 = bounded(to);
     m_xOrder = orderOf(p1.x(), p2.x());
     m_yOrder = orderOf(p1.y(), p2.y());
     const int m = margin();
@@ -109,7 +120,7 @@ void VelmoraLine::setY2(int y)
 
 void VelmoraLine::setBorderWidth(int width)
 {
-    width = std::max(1, width);
+    width = std::clamp(width, 1, MaxBorderWidth);
     if (width == m_borderWidth)
         return;
     // The points must be read with the old margin before it changes.

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QTabWidget>
 #include <QXmlStreamReader>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -121,6 +122,8 @@ private Q_SLOTS:
     void controlsLandWhereRatiosPutThem_data();
     void controlsLandWhereRatiosPutThem();
     void limitsScaleWithTheirWidget();
+    void extremeFilesLoadAndScale_data();
+    void extremeFilesLoadAndScale();
 };
 
 void tst_RealForms::everyDeclaredWidgetLoads_data()
@@ -273,6 +276,54 @@ void tst_RealForms::limitsScaleWithTheirWidget()
     QCoreApplication::sendPostedEvents();
     QCOMPARE(limits("minEdit"), std::make_pair(QSize(150, 24), unset));
     QCOMPARE(limits("widthOnlyCombo"), std::make_pair(QSize(110, 0), QSize(QWIDGETSIZE_MAX, 24)));
+}
+
+void tst_RealForms::extremeFilesLoadAndScale_data()
+{
+    // Files no editor writes, which Qt's loader or plain int arithmetic
+    // would not survive: they load, scale both ways and come back.
+    QTest::addColumn<QByteArray>("widgets"); // inside a 300 x 200 form
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("a layout of no class") << QByteArray("<widget class=\"QWidget\"><layout></layout></widget>")
+                                          << "no layout class \"\"";
+    QTest::newRow("a layout of a class Qt does not know")
+        << QByteArray("<widget class=\"QFrame\"><layout class=\"FlowLayout\"><item><widget class=\"QLabel\"/>"
+                      "</item></layout></widget>")
+        << "no layout class \"FlowLayout\"";
+    QTest::newRow("a geometry at the end of the int range")
+        << QByteArray("<widget class=\"QLabel\" name=\"far\"><property name=\"geometry\"><rect><x>2147483000</x>"
+                      "<y>10</y><width>2147483647</width><height>20</height></rect></property></widget>")
+        << QString();
+    QTest::newRow("a line from one end of the int range to the other")
+        << QByteArray("<widget class=\"VelmoraLine\" name=\"line\"><property name=\"X1\"><number>-2147483648</number>"
+                      "</property><property name=\"X2\"><number>2147483647</number></property><property "
+                      "name=\"BorderWidth\"><number>2147483647</number></property></widget>")
+        << QString();
+}
+
+void tst_RealForms::extremeFilesLoadAndScale()
+{
+    QFETCH(QByteArray, widgets);
+    QFETCH(QString, warning);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("extreme.ui"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<ui version=\"4.0\"><class>F</class><widget class=\"QWidget\" name=\"F\"><property "
+               "name=\"geometry\"><rect><x>0</x><y>0</y><width>300</width><height>200</height></rect></property>"
+               + widgets + "</widget></ui>");
+    file.close();
+    if (!warning.isEmpty())
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QRegularExpression::escape(warning)));
+    const Loaded l = load(path);
+    QVERIFY2(l.form, qPrintable(l.error));
+    QVERIFY(showScaled(l.form.get()));
+    for (const QSize &size : {QSize(600, 400), QSize(150, 100), QSize(300, 200)}) {
+        l.form->resize(size);
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+        QCOMPARE(l.form->size(), size);
+    }
 }
 
 QTEST_MAIN(tst_RealForms)
