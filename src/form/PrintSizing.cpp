@@ -109,7 +109,18 @@ void PrintSizing::enable(double printWidth, double printHeight, int scaleMode, b
         Q_EMIT scaleModeError(!tw ? tw.error() : th.error());
         return;
     }
-    const float twipsWide = tw->toSingle().value_or(0), twipsHigh = th->toSingle().value_or(0);
+    float twipsWide = tw->toSingle().value_or(0), twipsHigh = th->toSingle().value_or(0);
+    // A window is drawn into memory of its own size: past a page at print
+    // resolution that is gigabytes, for nothing a printer could take.
+    const float mostWide = float(MaxPrintPixels * qt::twipsPerPixel(qt::Axis::X));
+    const float mostHigh = float(MaxPrintPixels * qt::twipsPerPixel(qt::Axis::Y));
+    if (!(twipsWide <= mostWide) || !(twipsHigh <= mostHigh)) {
+        qWarning("VelmoraControl::PrintSize: %g x %g twips is larger than a window can be drawn; held to %d pixels "
+                 "a side",
+                 double(twipsWide), double(twipsHigh), MaxPrintPixels);
+        twipsWide = std::isfinite(twipsWide) ? std::min(twipsWide, mostWide) : mostWide;
+        twipsHigh = std::isfinite(twipsHigh) ? std::min(twipsHigh, mostHigh) : mostHigh;
+    }
 
     // The place to come back to (an earlier print size's is overwritten).
     m_savedState = int(getLong(f, "WindowState").value_or(0));

@@ -37,6 +37,7 @@ public:
     // ...or further, to be off every screen of the desktop.
     static float hiddenLeft();
     static constexpr int HideCheckMs = 100;
+    static constexpr int MaxPrintPixels = 10000; // a side, however large the size asked for
     const QTimer &hideTimer() const { return m_tmrPrintHide; }
     PrintDialog *dialog() const { return m_dialog; }
 

@@ -107,6 +107,7 @@ private Q_SLOTS:
     void pixelLengthsScale();
     void applicationSheetsAreKept();
     void formSheetsNeverHoldTheForm();
+    void sheetMinimumsComeBack();
     void designSizeGivesTheOriginals_data();
     void designSizeGivesTheOriginals();
     void sheetsThatWouldNotParseAreLeftAlone_data();
@@ -303,6 +304,24 @@ void tst_StyleSheets::formSheetsNeverHoldTheForm()
     QCOMPARE(form.size(), QSize(400, 300));
     QTRY_COMPARE(button->geometry(), QRect(20, 200, 100, 30));
     QCOMPARE(form.styleSheet(), sheet);
+}
+
+void tst_StyleSheets::sheetMinimumsComeBack()
+{
+    // A rule of the form's sheet holds its buttons at a minimum: scaled
+    // with the form and back, the buttons are as they were designed.
+    StyledForm f;
+    f.window.setStyleSheet(QStringLiteral("QPushButton { min-width: 120px; min-height: 40px; }"));
+    QVERIFY(f.show());
+    const QRect designed = f.button->geometry();
+    const QSize minimum = f.button->minimumSize();
+    f.scaleTo(2.0);
+    QTRY_COMPARE(f.label->geometry(), QRect(40, 80, 240, 48));
+    QVERIFY(f.button->width() >= 2 * designed.width() - 2);
+    f.scaleTo(1.0);
+    QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
+    QCOMPARE(f.button->geometry(), designed);
+    QCOMPARE(f.button->minimumSize(), minimum);
 }
 
 void tst_StyleSheets::designSizeGivesTheOriginals_data()

@@ -75,6 +75,10 @@ void tst_PrintSize::printSizes_data()
     QTest::newRow("twips") << 9000.0 << 12000.0 << 1 << QSize(600, 800);
     QTest::newRow("pixels") << 700.0 << 500.0 << 3 << QSize(700, 500);
     QTest::newRow("millimetres (A4)") << 210.0 << 297.0 << 6 << QSize(794, 1123);
+    // The design size is twips read as the units asked for, literally: in
+    // inches, a window no memory could draw. Held to 10000 pixels a side.
+    QTest::newRow("no size, in inches: held") << 0.0 << 0.0 << 5 << QSize(10000, 10000);
+    QTest::newRow("a size past any page: held") << 1e9 << 600.0 << 3 << QSize(10000, 600);
 }
 
 void tst_PrintSize::printSizes()
@@ -91,6 +95,8 @@ void tst_PrintSize::printSizes()
     f.widget.resize(500, 350); // the user made it larger: the design size is still what prints
     QCoreApplication::processEvents();
     const QRect before = f.widget.frameGeometry();
+    if (outer.width() == 10000)
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("held to 10000 pixels a side")));
     QCOMPARE(f.velmora->PrintSize(true, width, height, scaleMode), 0);
     QVERIFY2(qAbs(f.widget.frameGeometry().width() - outer.width()) <= 1
                  && qAbs(f.widget.frameGeometry().height() - outer.height()) <= 1,
