@@ -1,5 +1,7 @@
 #include "engine/ResizeEngine.h"
 
+#include "layout/ControlKey.h"
+
 #include "layout/HostAccess.h"
 #include "layout/LayoutCapture.h"
 
@@ -52,6 +54,12 @@ void ResizeEngine::raiseDone()
 {
     if (FormReady && !StopRequested && events.resizeDone)
         events.resizeDone();
+}
+
+void ResizeEngine::takeCurrentGeometry(HostObject &ctrl)
+{
+    if (ControlClass *rec = m_store.info(controlKey(&ctrl)))
+        storeLastGeometry(ctrl, *rec);
 }
 
 void storeLastGeometry(HostObject &ctrl, ControlClass &rec)

@@ -39,6 +39,11 @@ public:
 
     EngineEvents events;
 
+    // The host itself changed the control's geometry (not the application:
+    // a style sheet scaled with the form gave it a new minimum): the next
+    // pass takes it as the pass's own, not as a move to keep.
+    void takeCurrentGeometry(HostObject &ctrl);
+
     LayoutStore &store() { return m_store; }
     const LayoutStore &store() const { return m_store; }
     PictureScaler &pictures() { return m_pictures; }

@@ -431,8 +431,23 @@ void FormDriver::scaleStyleSheets(qt::QtForm &form)
     const auto w = getSingle(form, "ScaleWidth"), h = getSingle(form, "ScaleHeight");
     const auto tw = w ? ResizeEngine::twipsWidth(form, *w) : std::nullopt;
     const auto th = h ? ResizeEngine::twipsHeight(form, *h) : std::nullopt;
-    if (tw && th && *tw > 0 && *th > 0)
-        m_styleSheets.scale(std::min(*tw / m_sheetWidth, *th / m_sheetHeight));
+    if (!tw || !th || *tw <= 0 || *th <= 0)
+        return;
+    // A scaled minimum in a sheet resizes its widget at once: that size is
+    // the pass's doing, not a move of the application's to keep.
+    QWidget *top = form.widget();
+    const QList<QWidget *> widgets = top ? top->findChildren<QWidget *>() : QList<QWidget *>();
+    QList<QRect> before;
+    before.reserve(widgets.size());
+    for (QWidget *c : widgets)
+        before.append(c->geometry());
+    const QList<QPointer<QWidget>> guarded(widgets.cbegin(), widgets.cend());
+    if (!m_styleSheets.scale(std::min(*tw / m_sheetWidth, *th / m_sheetHeight)))
+        return;
+    for (qsizetype i = 0; i < guarded.size(); ++i)
+        if (QWidget *c = guarded[i]; c && c->geometry() != before[i])
+            if (const auto host = form.adapterFor(c))
+                m_engine.takeCurrentGeometry(*host);
 }
 
 void FormDriver::runPending()

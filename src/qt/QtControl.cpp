@@ -320,15 +320,15 @@ SetResult QtControl::writeBridged(std::string_view name, const Value &value)
 namespace {
 
 // Qt keeps a widget's edges as ints, its far edges included: a geometry
-// from a file can be where its width no longer fits. Read wide, written
-// back within what Qt can hold.
-qint64 widthOf(const QRect &g)
+// from a file can be where its far edge no longer fits (and wrapped round).
+// Read wide, as a size Qt can hold; written back within what it can hold.
+int widthOf(const QRect &g)
 {
-    return qint64(g.right()) - g.left() + 1;
+    return int(std::clamp<qint64>(qint64(g.right()) - g.left() + 1, 0, QWIDGETSIZE_MAX));
 }
-qint64 heightOf(const QRect &g)
+int heightOf(const QRect &g)
 {
-    return qint64(g.bottom()) - g.top() + 1;
+    return int(std::clamp<qint64>(qint64(g.bottom()) - g.top() + 1, 0, QWIDGETSIZE_MAX));
 }
 QRect boundedRect(qint64 x, qint64 y, qint64 w, qint64 h)
 {
@@ -352,9 +352,9 @@ GetResult QtControl::getEdge(Edge edge) const
     case Edge::Top:
         return Value(static_cast<float>(u.toUnits(g.y(), Axis::Y)));
     case Edge::Width:
-        return Value(static_cast<float>(u.toUnits(double(widthOf(g)), Axis::X)));
+        return Value(static_cast<float>(u.toUnits(widthOf(g), Axis::X)));
     case Edge::Height:
-        return Value(static_cast<float>(u.toUnits(double(heightOf(g)), Axis::Y)));
+        return Value(static_cast<float>(u.toUnits(heightOf(g), Axis::Y)));
     }
     return hostError(HostErrc::Failed);
 }

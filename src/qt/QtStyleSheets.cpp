@@ -354,7 +354,7 @@ void FormStyleSheets::capture(QWidget *form)
     }
 }
 
-void FormStyleSheets::scale(double factor)
+bool FormStyleSheets::scale(double factor)
 {
     // Sizes a sheet gives the form and what holds it are the form's own
     // limits, not a control's: scaled, they would hold the form at the size
@@ -375,6 +375,7 @@ void FormStyleSheets::scale(double factor)
                 l.w->setMaximumSize(l.maximum);
         }
     });
+    bool changed = false;
     for (std::size_t i = 0; i < m_widgets.size(); ++i) {
         QWidget *w = m_widgets[i];
         if (!w)
@@ -390,7 +391,9 @@ void FormStyleSheets::scale(double factor)
             continue;
         s->lengths = lengths;
         compose(w, *s);
+        changed = true;
     }
+    return changed;
 }
 
 } // namespace velmora::qt

@@ -58,8 +58,8 @@ public:
     // Takes the sheets as they stand as the layout's: what the form shows
     // now is the reference (after a Reset, scaled sheets stay as they are).
     void capture(QWidget *form);
-    // Lengths at `factor` times the captured ones.
-    void scale(double factor);
+    // Lengths at `factor` times the captured ones. True when a sheet changed.
+    bool scale(double factor);
     bool empty() const { return m_widgets.empty(); }
 
 private:

@@ -107,6 +107,7 @@ private Q_SLOTS:
     void pixelLengthsScale();
     void applicationSheetsAreKept();
     void formSheetsNeverHoldTheForm();
+    void sheetMinimumsComeBack_data();
     void sheetMinimumsComeBack();
     void designSizeGivesTheOriginals_data();
     void designSizeGivesTheOriginals();
@@ -306,18 +307,31 @@ void tst_StyleSheets::formSheetsNeverHoldTheForm()
     QCOMPARE(form.styleSheet(), sheet);
 }
 
+void tst_StyleSheets::sheetMinimumsComeBack_data()
+{
+    QTest::addColumn<bool>("formSheet"); // the rule in the form's sheet, not the window's
+    QTest::addColumn<QList<double>>("factors");
+    QTest::newRow("the window's sheet, doubled") << false << QList<double>{2.0};
+    QTest::newRow("the form's sheet, four times, then halved") << true << QList<double>{4.0, 0.5};
+    QTest::newRow("the window's sheet, four times, then halved") << false << QList<double>{4.0, 0.5};
+}
+
 void tst_StyleSheets::sheetMinimumsComeBack()
 {
-    // A rule of the form's sheet holds its buttons at a minimum: scaled
-    // with the form and back, the buttons are as they were designed.
+    // A rule holds the form's buttons at a minimum: scaled with the form
+    // and back, the buttons are as they were designed.
+    QFETCH(bool, formSheet);
+    QFETCH(QList<double>, factors);
     StyledForm f;
-    f.window.setStyleSheet(QStringLiteral("QPushButton { min-width: 120px; min-height: 40px; }"));
+    const QString rule = QStringLiteral("QPushButton { min-width: 120px; min-height: 40px; }");
+    (formSheet ? static_cast<QWidget *>(f.form) : &f.window)->setStyleSheet(rule);
     QVERIFY(f.show());
     const QRect designed = f.button->geometry();
     const QSize minimum = f.button->minimumSize();
-    f.scaleTo(2.0);
-    QTRY_COMPARE(f.label->geometry(), QRect(40, 80, 240, 48));
-    QVERIFY(f.button->width() >= 2 * designed.width() - 2);
+    for (double factor : factors) {
+        f.scaleTo(factor);
+        QTRY_COMPARE(f.label->width(), qRound(120 * factor));
+    }
     f.scaleTo(1.0);
     QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
     QCOMPARE(f.button->geometry(), designed);
