@@ -8,8 +8,8 @@
 #
 #   scripts/fuzz.sh [SECONDS]
 #   scripts/fuzz.sh --replay [DIR]   # each input of DIR/<target> once
-#                                    # (default tests/fuzz/corpus; the
-#                                    # regression seeds: tests/fuzz/regressions)
+#                                    # (default tests/fuzz/corpus, which
+#                                    # holds every input that found a fault)
 # FUZZ_TARGETS="fuzz_storm ..." runs some of them only.
 set -euo pipefail
 cd "$(dirname "$0")/.."
