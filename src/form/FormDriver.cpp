@@ -424,15 +424,15 @@ void FormDriver::runPass()
     runPending();
 }
 
-void FormDriver::scaleStyleSheets(qt::QtForm &form)
+bool FormDriver::scaleStyleSheets(qt::QtForm &form)
 {
     if (m_sheetWidth <= 0 || m_sheetHeight <= 0)
-        return;
+        return false;
     const auto w = getSingle(form, "ScaleWidth"), h = getSingle(form, "ScaleHeight");
     const auto tw = w ? ResizeEngine::twipsWidth(form, *w) : std::nullopt;
     const auto th = h ? ResizeEngine::twipsHeight(form, *h) : std::nullopt;
     if (!tw || !th || *tw <= 0 || *th <= 0)
-        return;
+        return false;
     // A scaled minimum in a sheet resizes its widget at once: that size is
     // the pass's doing, not a move of the application's to keep.
     QWidget *top = form.widget();
@@ -443,11 +443,12 @@ void FormDriver::scaleStyleSheets(qt::QtForm &form)
         before.append(c->geometry());
     const QList<QPointer<QWidget>> guarded(widgets.cbegin(), widgets.cend());
     if (!m_styleSheets.scale(std::min(*tw / m_sheetWidth, *th / m_sheetHeight)))
-        return;
+        return false;
     for (qsizetype i = 0; i < guarded.size(); ++i)
         if (QWidget *c = guarded[i]; c && c->geometry() != before[i])
             if (const auto host = form.adapterFor(c))
                 m_engine.takeCurrentGeometry(*host);
+    return true;
 }
 
 void FormDriver::runPending()
@@ -488,18 +489,24 @@ void FormDriver::FormResized()
     }
     const auto alive = hold();
     try {
+        // A slot of the pass may delete the component or move it to another
+        // form: what follows a pass is for the form it ran on only.
+        const std::shared_ptr<qt::QtForm> form = m_hostForm;
+        const auto rebound = [&] { return m_hostForm != form; };
         if (!m_engine.FormReady) {
             SettingUp = true;
             // Placed before the window system has it: with the frame it will
             // most likely get.
-            if (QWidget *window = m_hostForm->window()) {
+            if (QWidget *window = form->window()) {
                 const QWindow *handle = window->window()->windowHandle();
-                m_hostForm->setBeforeScreen(!handle || !handle->isExposed());
+                form->setBeforeScreen(!handle || !handle->isExposed());
             }
             // Before the layout is taken, so that fonts scale from the new face.
-            applyReplacementFont(*m_hostForm, ReplaceFontsWith.toStdString());
-            placement.applyMdiChildSize(*m_hostForm);
+            applyReplacementFont(*form, ReplaceFontsWith.toStdString());
+            placement.applyMdiChildSize(*form);
             runPass(); // the first call of a lifetime captures the layout
+            if (rebound())
+                return;
             bool placingStateNormal = false;
             if (SaveWindowState) {
                 LoadWindowSettings();
@@ -507,13 +514,17 @@ void FormDriver::FormResized()
                 if (!WindowName.isEmpty())
                     WindowSettings::remove(WindowName); // a form that stops saving leaves nothing behind
                 // Centred at the size it starts with.
-                placingStateNormal = getLong(*m_hostForm, "WindowState").value_or(-1) == 0;
-                placement.applyInitialSize(*m_hostForm);
-                placement.applyCenterX(*m_hostForm);
-                placement.applyCenterY(*m_hostForm);
+                placingStateNormal = getLong(*form, "WindowState").value_or(-1) == 0;
+                placement.applyInitialSize(*form);
+                placement.applyCenterX(*form);
+                placement.applyCenterY(*form);
             }
+            if (rebound())
+                return;
             if (!minimised())
                 runPass(); // the first real pass, the gradient painted after it
+            if (rebound())
+                return;
             // The set-up runs as the window is shown, before the window
             // system has it: its frame is not known yet, and a wipe played
             // now would be seen by no one.
@@ -526,7 +537,9 @@ void FormDriver::FormResized()
         }
         if (LoadingWindowSettings)
             return;
-        if (!minimised() && getLong(*m_hostForm, "WindowState").value_or(0) == 0)
+        if (rebound())
+            return;
+        if (!minimised() && getLong(*form, "WindowState").value_or(0) == 0)
             applyLimits();
         // Nothing to show: the controls keep the layout they have, which is
         // the one the reference size stands for.

@@ -130,7 +130,8 @@ private:
     bool collapsed() const;
     std::shared_ptr<void> hold() const { return keepAlive ? keepAlive() : nullptr; }
     void runPending();
-    void scaleStyleSheets(qt::QtForm &form);
+    // True when a sheet changed.
+    bool scaleStyleSheets(qt::QtForm &form);
     // Answers a resize from the event loop, ahead of the repaint: never
     // inside the form's own event, which a handler may delete the form from.
     void postPass();

@@ -13,6 +13,9 @@ const char *const Keys[] = {"WindowLeft", "WindowTop", "WindowWidth", "WindowHei
 // Twips of the largest coordinate Qt places a window at (QWIDGETSIZE_MAX
 // pixels at 15 twips a pixel); anything beyond is not a saved position.
 constexpr double MaxTwips = 16777215.0 * 15;
+// Twips of the largest window side a saved state may give: a window is drawn
+// into memory of its size, and no screen shows a larger one.
+constexpr double MaxSideTwips = 10000.0 * 15;
 
 QSettings store()
 {
@@ -61,7 +64,8 @@ std::optional<WindowSettings::State> WindowSettings::load(const QString &windowN
     for (int i = 0; i < 4; ++i) {
         bool ok = false;
         values[i] = s.value(QLatin1String(Keys[i])).toString().toDouble(&ok);
-        if (!ok || !std::isfinite(values[i]) || std::fabs(values[i]) > MaxTwips || (i >= 2 && values[i] < 0))
+        if (!ok || !std::isfinite(values[i]) || std::fabs(values[i]) > (i >= 2 ? MaxSideTwips : MaxTwips)
+            || (i >= 2 && values[i] < 0))
             return std::nullopt;
     }
     bool ok = false;

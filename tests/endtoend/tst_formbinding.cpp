@@ -58,6 +58,8 @@ private Q_SLOTS:
     void rebindingStartsFromScratch_data();
     void rebindingStartsFromScratch();
     void oneComponentServesAForm();
+    void setUpSurvivesItsSlots_data();
+    void setUpSurvivesItsSlots();
     void restoringRunsThePass();
     void resetWaitsForARealSize();
     void recordsBelongToTheirWidget();
@@ -193,6 +195,48 @@ void tst_FormBinding::oneComponentServesAForm()
     QTRY_VERIFY(second->isFormReady());
     resizeAndSettle(&form, QSize(600, 450));
     QTRY_COMPARE(label->geometry(), QRect(30, 30, 150, 45));
+}
+
+void tst_FormBinding::setUpSurvivesItsSlots_data()
+{
+    QTest::addColumn<bool>("moveIt"); // or delete it
+    QTest::addColumn<bool>("centred"); // the set-up places the window after its first pass
+    QTest::newRow("deleted in the first pass") << false << false;
+    QTest::newRow("deleted in the first pass, the window to be centred") << false << true;
+    QTest::newRow("moved to another form in the first pass") << true << true;
+}
+
+void tst_FormBinding::setUpSurvivesItsSlots()
+{
+    // The set-up runs passes, and a slot of one may delete the component or
+    // move it: the rest of the set-up is for the form it ran on only.
+    QFETCH(bool, moveIt);
+    QFETCH(bool, centred);
+    QWidget form, other;
+    form.resize(400, 300);
+    other.resize(300, 200);
+    QLabel *label = addLabel(&other, QRect(30, 20, 60, 20));
+    addLabel(&form, QRect(40, 30, 100, 20));
+    form.show();
+    other.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&other));
+    QPointer<VelmoraControl> velmora = new VelmoraControl(&form); // on a form already shown
+    velmora->setResizeOnMouseUp(false);
+    velmora->setCenterX(centred);
+    velmora->setScaleX(centred ? 50 : 0);
+    connect(velmora, &VelmoraControl::ResizeStarted, &form, [&] {
+        if (moveIt)
+            velmora->setParent(&other);
+        else
+            delete velmora.data();
+    }, Qt::SingleShotConnection);
+    QTest::qWait(50);
+    QCOMPARE(bool(velmora), moveIt);
+    if (!moveIt)
+        return;
+    QTRY_VERIFY(velmora->isFormReady());
+    resizeAndSettle(&other, QSize(600, 400));
+    QTRY_COMPARE(label->geometry(), QRect(60, 40, 120, 40));
 }
 
 void tst_FormBinding::restoringRunsThePass()

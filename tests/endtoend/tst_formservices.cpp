@@ -242,6 +242,7 @@ void tst_FormServices::unusableSettingsLeaveTheWindow_data()
     QTest::newRow("text") << "WindowLeft" << "left";
     QTest::newRow("NaN") << "WindowTop" << "nan";
     QTest::newRow("huge") << "WindowWidth" << "1e30";
+    QTest::newRow("larger than any screen: 100000 pixels") << "WindowHeight" << "1500000";
     QTest::newRow("negative size") << "WindowHeight" << "-300";
     QTest::newRow("a state that is none") << "WindowState" << "7";
     QTest::newRow("missing") << "WindowWidth" << QString();

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QtTest>
 
 #include <memory>
@@ -107,6 +108,7 @@ private Q_SLOTS:
     void pixelLengthsScale();
     void applicationSheetsAreKept();
     void formSheetsNeverHoldTheForm();
+    void tabPagesComeBack();
     void sheetMinimumsComeBack_data();
     void sheetMinimumsComeBack();
     void designSizeGivesTheOriginals_data();
@@ -278,6 +280,35 @@ void tst_StyleSheets::applicationSheetsAreKept()
     QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
     QCOMPARE(f.label->styleSheet(), mine);
     VERIFY_DRAWS_AT(f.label, 10.0);
+}
+
+void tst_StyleSheets::tabPagesComeBack()
+{
+    // A tab bar whose tabs a sheet pads: after the form collapsed and grew
+    // large, a page's controls are back where they were designed.
+    StyledForm f;
+    auto *tabs = new QTabWidget(f.form);
+    tabs->setGeometry(200, 120, 190, 120);
+    auto *page = new QWidget;
+    tabs->addTab(page, QStringLiteral("Page"));
+    auto *onPage = new QLabel(QStringLiteral("On a page"), page);
+    onPage->setGeometry(10, 10, 150, 20);
+    tabs->setStyleSheet(QStringLiteral("QTabBar::tab { min-width: 40px; padding: 2px; }"));
+    QVERIFY(f.show());
+    const QRect designed = onPage->geometry();
+    const QSize chrome = f.window.size() - f.form->size();
+    for (const QSize &size : {QSize(0, 0), QSize(800, 600)}) {
+        f.window.resize(size);
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
+    f.scaleTo(1.0);
+    QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
+    // Rules for the sub-controls of a tab widget's own tab bar are not
+    // followed yet: the bar comes back taller, the page smaller.
+    QEXPECT_FAIL("", "a tab bar's sub-control rules (QTabBar::tab) do not come back with the design size", Continue);
+    QCOMPARE(onPage->geometry(), designed);
+    Q_UNUSED(chrome);
 }
 
 void tst_StyleSheets::formSheetsNeverHoldTheForm()
