@@ -128,6 +128,7 @@ void FormDriver::bind(QWidget *form)
     delete m_closeWatch.data();
     ++m_binding;
     m_passPosted = false;
+    m_passAt[0] = m_passAt[1] = QSize();
     m_restoreFrame = QRect();
     m_restoreTries = 0;
     m_tmrRestoreFrame.stop();
@@ -398,6 +399,19 @@ void FormDriver::runPass()
     m_passPending = false; // this pass answers any request made before it
     // The pass keeps the form it started on, whatever happens to m_hostForm.
     const std::shared_ptr<qt::QtForm> form = m_hostForm;
+    if (m_engine.Initialised && m_engine.FormReady && m_form) {
+        // A main window's bars follow the fonts of the form they surround,
+        // and the form's size follows the bars: at a pixel's rounding the
+        // form can go back and forth between two sizes, each pass undoing
+        // the last. Back by a pixel or two where the pass before last ran,
+        // the layout it has is the one to keep.
+        const QSize now = m_form->size(), last = m_passAt[0], before = m_passAt[1];
+        m_passAt[1] = last;
+        m_passAt[0] = now;
+        if (now == before && now != last && qAbs(now.width() - last.width()) <= 2
+            && qAbs(now.height() - last.height()) <= 2)
+            return;
+    }
     m_passRunning = true;
     // Containers placed by layouts are recorded at the size they will show
     // with, hidden pages included.

@@ -164,6 +164,7 @@ private:
     // Re-entry from events a pass lets run: one pass at a time; what is
     // asked for meanwhile runs once the pass is over.
     bool m_passRunning = false;
+    QSize m_passAt[2]; // the form's size at the last two passes, latest first
     bool m_passPosted = false;
     bool m_passPending = false;
     int m_chainedPasses = 0; // passes run back to back because the last one resized the form

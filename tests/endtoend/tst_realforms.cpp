@@ -122,6 +122,7 @@ private Q_SLOTS:
     void controlsLandWhereRatiosPutThem_data();
     void controlsLandWhereRatiosPutThem();
     void limitsScaleWithTheirWidget();
+    void barsThatFollowTheFormSettle();
     void extremeFilesLoadAndScale_data();
     void extremeFilesLoadAndScale();
 };
@@ -276,6 +277,32 @@ void tst_RealForms::limitsScaleWithTheirWidget()
     QCoreApplication::sendPostedEvents();
     QCOMPARE(limits("minEdit"), std::make_pair(QSize(150, 24), unset));
     QCOMPARE(limits("widthOnlyCombo"), std::make_pair(QSize(110, 0), QSize(QWIDGETSIZE_MAX, 24)));
+}
+
+void tst_RealForms::barsThatFollowTheFormSettle()
+{
+    // Scaled far beyond its size, the form's fonts make the toolbar beside
+    // it taller, which makes the form shorter, which shrinks the fonts: at a
+    // pixel's rounding that went on for ever. It settles.
+    const Loaded l = load(QFINDTESTDATA("../data/bars_follow_fonts.ui"));
+    QVERIFY2(l.form, qPrintable(l.error));
+    QVERIFY(showScaled(l.form.get()));
+    QWidget *form = l.form->findChild<QWidget *>(QStringLiteral("centralWidget"));
+    int passes = 0;
+    auto *velmora = l.form->findChild<VelmoraControl *>();
+    connect(velmora, &VelmoraControl::ResizeStarted, this, [&] {
+        if (++passes == 100)
+            QTimer::singleShot(0, velmora, [velmora] { velmora->setScaleControls(false); }); // to end it, and fail
+    });
+    for (const QSize &size : {QSize(1, 1), QSize(1600, 480), QSize(1744, 450), QSize(900, 300)}) {
+        for (int round = 0; round < 4 && form->size() != size; ++round) {
+            passes = 0;
+            l.form->resize(size + (l.form->size() - form->size()));
+            for (int i = 0; i < 3; ++i)
+                QCoreApplication::processEvents();
+            QVERIFY2(passes < 100, qPrintable(QStringLiteral("%1 passes at %2x%3").arg(passes).arg(size.width()).arg(size.height())));
+        }
+    }
 }
 
 void tst_RealForms::extremeFilesLoadAndScale_data()
