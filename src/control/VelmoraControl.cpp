@@ -44,7 +44,9 @@ VelmoraError errorObject(const velmora::HostError &error)
 
 void VelmoraControlPrivate::changed(const char *name)
 {
-    // A slot of the first signal may delete the control.
+    // A slot of the first signal may delete the control, and with it the
+    // last hold on these internals but this one.
+    const auto self = shared_from_this();
     if (q)
         Q_EMIT q->PropertyChanged(QString::fromLatin1(name));
     if (q)

@@ -779,6 +779,7 @@ void tst_PublicSurface::slotsMayDeleteTheControl_data()
     QTest::newRow("ScaleY") << "ScaleY" << "ScaleY";
     QTest::newRow("MinWidth") << "MinWidth" << "MinWidth";
     QTest::newRow("GradientFill") << "GradientFill" << "GradientFill";
+    QTest::newRow("FormOpen, a setting that only stores") << "FormOpen" << "FormOpen";
     for (const char *limit : {"MinWidth", "MaxWidth", "MinHeight", "MaxHeight"})
         QTest::addRow("%s: in the pass it runs", limit) << limit << "ResizeStarted";
     QTest::newRow("PrintSize: in the pass it runs") << "PrintSize" << "ResizeStarted";
@@ -822,6 +823,8 @@ void tst_PublicSurface::slotsMayDeleteTheControl()
         v->setMinHeight(3000);
     else if (call == QLatin1String("MaxHeight"))
         v->setMaxHeight(30000);
+    else if (call == QLatin1String("FormOpen"))
+        v->setFormOpen(VelmoraControl::FoWipeLeft);
     else if (call == QLatin1String("PrintSize"))
         v->PrintSize(true, 500, 400, 3);
     else
