@@ -424,6 +424,15 @@ void FormDriver::runPass()
     if (!capturing && ScaleControls && !m_styleSheets.empty())
         scaleStyleSheets(*form);
     m_engine.ResizeControls(*form);
+    // At the size the layout was taken, every sheet is its own text again,
+    // whatever widget the pass left unwritten (a font already at its size).
+    if (!capturing && m_sheetWidth > 0 && m_sheetHeight > 0 && form->widget()) {
+        const auto w = getSingle(*form, "ScaleWidth"), h = getSingle(*form, "ScaleHeight");
+        const auto tw = w ? ResizeEngine::twipsWidth(*form, *w) : std::nullopt;
+        const auto th = h ? ResizeEngine::twipsHeight(*form, *h) : std::nullopt;
+        if (tw && th && *tw == m_sheetWidth && *th == m_sheetHeight)
+            qt::StyleSheets::dropPins(form->widget()->window());
+    }
     if (capturing && m_engine.Initialised) {
         m_styleSheets.capture(form->widget());
         m_sheetWidth = m_engine.RefScaleWidth;

@@ -318,6 +318,21 @@ void StyleSheets::followFont(QWidget *widget, const QFont &font)
     compose(widget, *s);
 }
 
+void StyleSheets::dropPins(QWidget *window)
+{
+    if (states().isEmpty() || !window)
+        return;
+    QList<QWidget *> pinned;
+    for (auto it = states().cbegin(); it != states().cend(); ++it)
+        if (it->pin && it.key()->window() == window)
+            pinned.append(const_cast<QWidget *>(it.key()));
+    for (QWidget *w : pinned)
+        if (SheetState *s = stateOf(w, false); s && s->pin) {
+            s->pin.reset();
+            compose(w, *s);
+        }
+}
+
 void FormStyleSheets::capture(QWidget *form)
 {
     m_widgets.clear();

@@ -47,6 +47,9 @@ bool isClosed(const QString &sheet);
 // overrode it, lifts the pin once the size is the one the sheet gives.
 void followFont(QWidget *widget, const QFont &font);
 
+// Lifts every pin in `window` (the form is at its design size).
+void dropPins(QWidget *window);
+
 // The property that marks a widget whose font size is pinned.
 constexpr const char *PinProperty = "velmoraFontPin";
 
