@@ -129,6 +129,7 @@ void FormDriver::bind(QWidget *form)
     ++m_binding;
     m_passPosted = false;
     m_passAt[0] = m_passAt[1] = QSize();
+    m_passResized[0] = m_passResized[1] = false;
     m_restoreFrame = QRect();
     m_restoreTries = 0;
     m_tmrRestoreFrame.stop();
@@ -399,17 +400,21 @@ void FormDriver::runPass()
     m_passPending = false; // this pass answers any request made before it
     // The pass keeps the form it started on, whatever happens to m_hostForm.
     const std::shared_ptr<qt::QtForm> form = m_hostForm;
+    // A main window's bars follow the fonts of the form they surround, and
+    // the form's size follows the bars: at a pixel's rounding the form can
+    // go back and forth between two sizes, each pass undoing the last. Back
+    // where the pass before last ran, after two passes that each resized
+    // the form themselves, the layout it has is the one to keep.
+    const QSize startSize = m_form ? m_form->size() : QSize();
     if (m_engine.Initialised && m_engine.FormReady && m_form) {
-        // A main window's bars follow the fonts of the form they surround,
-        // and the form's size follows the bars: at a pixel's rounding the
-        // form can go back and forth between two sizes, each pass undoing
-        // the last. Back by a pixel or two where the pass before last ran,
-        // the layout it has is the one to keep.
-        const QSize now = m_form->size(), last = m_passAt[0], before = m_passAt[1];
+        const QSize last = m_passAt[0], before = m_passAt[1];
+        const bool bouncing = m_passResized[0] && m_passResized[1] && startSize == before && startSize != last
+            && qAbs(startSize.width() - last.width()) <= 2 && qAbs(startSize.height() - last.height()) <= 2;
         m_passAt[1] = last;
-        m_passAt[0] = now;
-        if (now == before && now != last && qAbs(now.width() - last.width()) <= 2
-            && qAbs(now.height() - last.height()) <= 2)
+        m_passAt[0] = startSize;
+        m_passResized[1] = m_passResized[0];
+        m_passResized[0] = false;
+        if (bouncing)
             return;
     }
     m_passRunning = true;
@@ -439,6 +444,11 @@ void FormDriver::runPass()
         m_sheetHeight = m_engine.RefScaleHeight;
     }
     form->endPass();
+    // What the bars around a main window's form make of the pass.
+    if (m_form && m_window && m_form != m_window && m_form->isVisible()) {
+        QCoreApplication::sendPostedEvents(m_window, QEvent::LayoutRequest);
+        m_passResized[0] = m_form && m_form->size() != startSize;
+    }
     // The bands follow the form's new size.
     if (m_engine.GradientFill && m_hostForm == form)
         drawGradient();

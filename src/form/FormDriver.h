@@ -165,6 +165,7 @@ private:
     // asked for meanwhile runs once the pass is over.
     bool m_passRunning = false;
     QSize m_passAt[2]; // the form's size at the last two passes, latest first
+    bool m_passResized[2] = {false, false}; // whether each resized the form itself
     bool m_passPosted = false;
     bool m_passPending = false;
     int m_chainedPasses = 0; // passes run back to back because the last one resized the form
