@@ -130,6 +130,7 @@ void FormDriver::bind(QWidget *form)
     m_passPosted = false;
     m_passAt[0] = m_passAt[1] = QSize();
     m_passResized[0] = m_passResized[1] = false;
+    m_selfResizes = 0;
     m_restoreFrame = QRect();
     m_restoreTries = 0;
     m_tmrRestoreFrame.stop();
@@ -414,8 +415,12 @@ void FormDriver::runPass()
         m_passAt[0] = startSize;
         m_passResized[1] = m_passResized[0];
         m_passResized[0] = false;
-        if (bouncing)
+        // However it cycles, a form its own passes keep resizing stops
+        // being chased after a few rounds; the next resize starts afresh.
+        if (bouncing || m_selfResizes >= MaxSelfResizes) {
+            m_selfResizes = 0;
             return;
+        }
     }
     m_passRunning = true;
     // Containers placed by layouts are recorded at the size they will show
@@ -448,6 +453,7 @@ void FormDriver::runPass()
     if (m_form && m_window && m_form != m_window && m_form->isVisible()) {
         QCoreApplication::sendPostedEvents(m_window, QEvent::LayoutRequest);
         m_passResized[0] = m_form && m_form->size() != startSize;
+        m_selfResizes = m_passResized[0] ? m_selfResizes + 1 : 0;
     }
     // The bands follow the form's new size.
     if (m_engine.GradientFill && m_hostForm == form)

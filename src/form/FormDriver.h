@@ -166,6 +166,8 @@ private:
     bool m_passRunning = false;
     QSize m_passAt[2]; // the form's size at the last two passes, latest first
     bool m_passResized[2] = {false, false}; // whether each resized the form itself
+    int m_selfResizes = 0; // passes in a row that resized the form themselves
+    static constexpr int MaxSelfResizes = 8;
     bool m_passPosted = false;
     bool m_passPending = false;
     int m_chainedPasses = 0; // passes run back to back because the last one resized the form
