@@ -25,6 +25,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <vector>
 
 namespace velmora {
 
@@ -436,13 +437,9 @@ void FormDriver::runPass()
     m_engine.ResizeControls(*form);
     // At the size the layout was taken, every sheet is its own text again,
     // whatever widget the pass left unwritten (a font already at its size).
-    if (!capturing && m_sheetWidth > 0 && m_sheetHeight > 0 && form->widget()) {
-        const auto w = getSingle(*form, "ScaleWidth"), h = getSingle(*form, "ScaleHeight");
-        const auto tw = w ? ResizeEngine::twipsWidth(*form, *w) : std::nullopt;
-        const auto th = h ? ResizeEngine::twipsHeight(*form, *h) : std::nullopt;
-        if (tw && th && *tw == m_sheetWidth && *th == m_sheetHeight)
+    if (!capturing && form->widget())
+        if (const auto f = sheetFactors(*form); f && f->first == 1.0f && f->second == 1.0f)
             qt::StyleSheets::dropPins(form->widget()->window());
-    }
     if (capturing && m_engine.Initialised) {
         m_styleSheets.capture(form->widget());
         m_sheetWidth = m_engine.RefScaleWidth;
@@ -463,28 +460,34 @@ void FormDriver::runPass()
     runPending();
 }
 
-bool FormDriver::scaleStyleSheets(qt::QtForm &form)
+std::optional<std::pair<float, float>> FormDriver::sheetFactors(qt::QtForm &form) const
 {
     if (m_sheetWidth <= 0 || m_sheetHeight <= 0)
-        return false;
+        return std::nullopt;
     const auto w = getSingle(form, "ScaleWidth"), h = getSingle(form, "ScaleHeight");
     const auto tw = w ? ResizeEngine::twipsWidth(form, *w) : std::nullopt;
     const auto th = h ? ResizeEngine::twipsHeight(form, *h) : std::nullopt;
     if (!tw || !th || *tw <= 0 || *th <= 0)
+        return std::nullopt;
+    return std::make_pair(*tw / m_sheetWidth, *th / m_sheetHeight);
+}
+
+bool FormDriver::scaleStyleSheets(qt::QtForm &form)
+{
+    const auto f = sheetFactors(form);
+    if (!f)
         return false;
     // A scaled minimum in a sheet resizes its widget at once: that size is
     // the pass's doing, not a move of the application's to keep.
     QWidget *top = form.widget();
-    const QList<QWidget *> widgets = top ? top->findChildren<QWidget *>() : QList<QWidget *>();
-    QList<QRect> before;
-    before.reserve(widgets.size());
-    for (QWidget *c : widgets)
-        before.append(c->geometry());
-    const QList<QPointer<QWidget>> guarded(widgets.cbegin(), widgets.cend());
-    if (!m_styleSheets.scale(std::min(*tw / m_sheetWidth, *th / m_sheetHeight)))
+    std::vector<std::pair<QPointer<QWidget>, QRect>> before;
+    if (top)
+        for (QWidget *c : top->findChildren<QWidget *>())
+            before.emplace_back(c, c->geometry());
+    if (!m_styleSheets.scale(std::min(f->first, f->second)))
         return false;
-    for (qsizetype i = 0; i < guarded.size(); ++i)
-        if (QWidget *c = guarded[i]; c && c->geometry() != before[i])
+    for (const auto &[c, geometry] : before)
+        if (c && c->geometry() != geometry)
             if (const auto host = form.adapterFor(c))
                 m_engine.takeCurrentGeometry(*host);
     return true;

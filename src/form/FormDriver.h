@@ -16,6 +16,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace velmora {
 class ResizeEngine;
@@ -132,6 +134,9 @@ private:
     void runPending();
     // True when a sheet changed.
     bool scaleStyleSheets(qt::QtForm &form);
+    // The form's size now over its size when the sheets were taken, by
+    // axis; nothing when either is unknown.
+    std::optional<std::pair<float, float>> sheetFactors(qt::QtForm &form) const;
     // Answers a resize from the event loop, ahead of the repaint: never
     // inside the form's own event, which a handler may delete the form from.
     void postPass();

@@ -119,3 +119,10 @@ void fail(const char *file, int line, const char *cond, const QString &why)
 }
 
 } // namespace fuzz
+
+// Every target starts the same way.
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
+{
+    fuzz::init(argc, argv);
+    return 0;
+}

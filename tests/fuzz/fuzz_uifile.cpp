@@ -36,12 +36,6 @@ QList<QSize> sizesOf(const QByteArray &ui)
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
-{
-    fuzz::init(argc, argv);
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray ui(reinterpret_cast<const char *>(data), qsizetype(size));
