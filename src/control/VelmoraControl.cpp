@@ -9,6 +9,11 @@
 #include <QDynamicPropertyChangeEvent>
 #include <QEvent>
 #include <QMainWindow>
+#include <QTabWidget>
+#include <QToolBox>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QStackedWidget>
 #include <QMdiArea>
 #include <QGuiApplication>
 #include <QMessageBox>
@@ -121,6 +126,36 @@ VelmoraControl::TrappedErrorHandler VelmoraControl::setTrappedErrorHandler(Trapp
     return previous;
 }
 
+namespace {
+
+// The container whose page `page` is, when that container is a form's top
+// widget (a window of its own, or a main window's central widget).
+QWidget *pageHolder(QWidget *page)
+{
+    QWidget *up = page && !page->isWindow() ? page->parentWidget() : nullptr;
+    QWidget *holder = nullptr;
+    // (Asked while the page moves in: the tab widget or tool box may not
+    // count it among its pages yet.)
+    if (auto *stack = qobject_cast<QStackedWidget *>(up)) {
+        auto *tabs = qobject_cast<QTabWidget *>(stack->parentWidget());
+        holder = tabs ? static_cast<QWidget *>(tabs) : stack;
+    } else if (qobject_cast<QSplitter *>(up)) {
+        holder = up;
+    } else if (auto *area = up ? qobject_cast<QScrollArea *>(up->parentWidget()) : nullptr;
+               area && area->viewport() == up) {
+        auto *box = qobject_cast<QToolBox *>(area->parentWidget());
+        holder = box ? static_cast<QWidget *>(box) : area;
+    }
+    if (!holder)
+        return nullptr;
+    if (holder->isWindow())
+        return holder;
+    auto *main = qobject_cast<QMainWindow *>(holder->parentWidget());
+    return main && main->centralWidget() == holder ? holder : nullptr;
+}
+
+} // namespace
+
 QWidget *VelmoraControlPrivate::formFor(QWidget *parent)
 {
     // On an MDI area (or its viewport) that is a main window's centre: the
@@ -131,6 +166,10 @@ QWidget *VelmoraControlPrivate::formFor(QWidget *parent)
     if (auto *area = qobject_cast<QMdiArea *>(parent))
         if (auto *main = qobject_cast<QMainWindow *>(area->parentWidget()); main && main->centralWidget() == area)
             return main;
+    // On a page of a form that is itself a tab widget, stacked widget,
+    // tool box, scroll area or splitter: that is the form.
+    if (QWidget *holder = pageHolder(parent))
+        return holder;
     // Placed on a main window itself rather than on its central widget.
     if (auto *main = qobject_cast<QMainWindow *>(parent)) {
         if (velmora::qt::QtForm::mdiAreaOf(main))
@@ -144,14 +183,17 @@ namespace {
 
 // Rebinds when the main window the component sits on is shown (by then it
 // is assembled) or when its children change (a central widget set or
-// replaced; asked for from the event loop, once the window has taken it).
-class MainWindowWatch : public QObject {
+// replaced; asked for from the event loop, once the window has taken it),
+// and when the widget it sits on moves (a page uic makes on its own and
+// then gives to the tab widget that is the form).
+class ParentWatch : public QObject {
 public:
-    MainWindowWatch(QMainWindow *main, VelmoraControlPrivate *d)
-        : QObject(main)
+    ParentWatch(QWidget *parent, VelmoraControlPrivate *d)
+        : QObject(parent)
         , m_d(d->weak_from_this())
+        , m_main(qobject_cast<QMainWindow *>(parent))
     {
-        main->installEventFilter(this);
+        parent->installEventFilter(this);
     }
 
 protected:
@@ -159,11 +201,17 @@ protected:
     {
         switch (event->type()) {
         case QEvent::Show:
-            rebind();
+            if (m_main)
+                rebind();
+            break;
+        case QEvent::ParentChange:
+            // At once: the form may be shown before the event loop runs.
+            if (!m_main)
+                rebind();
             break;
         case QEvent::ChildAdded:
         case QEvent::ChildRemoved:
-            if (!m_queued) {
+            if (m_main && !m_queued) {
                 m_queued = true;
                 QMetaObject::invokeMethod(this, [this] {
                     m_queued = false;
@@ -185,6 +233,7 @@ private:
     }
 
     std::weak_ptr<VelmoraControlPrivate> m_d;
+    bool m_main;
     bool m_queued = false;
 };
 
@@ -197,14 +246,14 @@ void VelmoraControlPrivate::rebind()
     driver.bind(velmora::FormClaims::claim(this, form));
 }
 
-void VelmoraControlPrivate::watchMainWindow()
+void VelmoraControlPrivate::watchParent()
 {
-    auto *main = qobject_cast<QMainWindow *>(q->parentWidget());
-    if (mainWindowWatch && mainWindowWatch->parent() == main)
+    QWidget *parent = q->parentWidget();
+    if (parentWatch && parentWatch->parent() == parent)
         return;
-    delete mainWindowWatch.data();
-    if (main)
-        mainWindowWatch = new MainWindowWatch(main, this);
+    delete parentWatch.data();
+    if (parent)
+        parentWatch = new ParentWatch(parent, this);
 }
 
 HostObjectPtr VelmoraControlPrivate::hostFor(QWidget *w) const
@@ -233,7 +282,7 @@ VelmoraControl::VelmoraControl(QWidget *parent)
     setAttribute(Qt::WA_TransparentForMouseEvents);
     QWidget::setVisible(false);
     d->rebind();
-    d->watchMainWindow();
+    d->watchParent();
 }
 
 VelmoraControl::~VelmoraControl()
@@ -244,7 +293,7 @@ VelmoraControl::~VelmoraControl()
     // A parent deleting its children has already let go of the one it is
     // deleting: then the form is going too, not just the component.
     d->driver.componentGoing(parent() && !parent()->children().contains(this));
-    delete d->mainWindowWatch.data();
+    delete d->parentWatch.data();
     velmora::FormClaims::release(d.get());
     d->driver.bind(nullptr);
 }
@@ -253,7 +302,7 @@ bool VelmoraControl::event(QEvent *event)
 {
     if (event->type() == QEvent::ParentChange) {
         d->rebind();
-        d->watchMainWindow();
+        d->watchParent();
     }
     // A form loaded from a .ui gives the per-control options as dynamic
     // properties.

@@ -45,7 +45,7 @@ public:
     bool designTime = false;
     // A main window is often assembled after the component is placed on it,
     // and its central widget may be replaced: follow it.
-    void watchMainWindow();
+    void watchParent();
     velmora::HostObjectPtr hostFor(QWidget *w) const;
     QPixmap pixmapOf(const velmora::HostObjectPtr &picture) const;
 
@@ -111,6 +111,6 @@ public:
     velmora::qt::QtEngineHost host;
     velmora::ResizeEngine engine{host};
     velmora::FormDriver driver{engine};
-    QPointer<QObject> mainWindowWatch;
+    QPointer<QObject> parentWatch;
     velmora::PrintSizing printing{driver, engine};
 };

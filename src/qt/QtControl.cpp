@@ -256,6 +256,8 @@ bool QtControl::geometryManaged(const QWidget *w)
         return false;
     if (qobject_cast<const QSplitter *>(parent) || qobject_cast<const QStackedWidget *>(parent))
         return true;
+    if (auto *tabs = qobject_cast<const QTabWidget *>(parent); tabs && tabs->tabBar() == w)
+        return true;
     if (auto *area = qobject_cast<const QScrollArea *>(parent->parentWidget()))
         if (area->widget() == w && area->widgetResizable())
             return true;

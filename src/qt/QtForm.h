@@ -110,6 +110,7 @@ private:
     explicit QtForm(QWidget *form);
     GetResult getMdiArea(std::string_view name) const;
     void collect(QWidget *parent, std::vector<QWidget *> &out) const;
+    void collectForm(std::vector<QWidget *> &out) const;
     void collectMenus(std::vector<QObject *> &out) const;
     QString uniqueName(QObject *object, const QString &wanted);
 

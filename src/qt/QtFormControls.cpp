@@ -161,6 +161,51 @@ void QtForm::collect(QWidget *parent, std::vector<QWidget *> &out) const
     }
 }
 
+void QtForm::collectForm(std::vector<QWidget *> &out) const
+{
+    // A form that is itself a tab widget or tool box: its pages are what
+    // holds the developer's widgets. Each page is a control (its parent
+    // places it) and the container of what it holds; the tab bar is one
+    // too, so that its font and icons follow the form.
+    QWidget *form = m_form;
+    const auto pageAndChildren = [&](QWidget *page) {
+        if (!page || isQtInternal(page))
+            return;
+        out.push_back(page);
+        collect(page, out);
+    };
+    switch (m_mdiParent ? Inside::Controls : insideOf(form)) {
+    case Inside::TabPages: {
+        auto *tabs = static_cast<QTabWidget *>(form);
+        out.push_back(tabs->tabBar());
+        for (int i = 0; i < tabs->count(); ++i)
+            pageAndChildren(tabs->widget(i));
+        break;
+    }
+    case Inside::ToolBoxPages: {
+        auto *box = static_cast<QToolBox *>(form);
+        for (int i = 0; i < box->count(); ++i)
+            pageAndChildren(box->widget(i));
+        // Its other children: not the scroll areas that hold its pages.
+        for (QObject *child : box->children())
+            if (auto *w = qobject_cast<QWidget *>(child); w && !w->isWindow() && !isQtInternal(w)
+                && !qobject_cast<QScrollArea *>(w)) {
+                out.push_back(w);
+                if (insideOf(w) == Inside::Controls)
+                    collect(w, out);
+            }
+        return;
+    }
+    case Inside::ScrollContent:
+        pageAndChildren(static_cast<QScrollArea *>(form)->widget());
+        break;
+    case Inside::Controls:
+    case Inside::Machinery:
+        break;
+    }
+    collect(form, out);
+}
+
 void QtForm::collectMenus(std::vector<QObject *> &out) const
 {
     if (QMenuBar *bar = menuBarOf(m_form))
@@ -231,7 +276,7 @@ std::vector<HostObjectPtr> QtForm::controls()
 
     std::vector<QWidget *> widgets;
     widgets.reserve(m_adapters.size());
-    collect(m_form, widgets);
+    collectForm(widgets);
     // A main window's toolbars and status bar belong to the form in its
     // central area, as its menus do; the main window places them.
     // (Its parent, not its window: a main window may itself sit in an MDI area.)

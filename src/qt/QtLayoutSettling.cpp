@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QLayout>
 #include <QResizeEvent>
+#include <QScrollArea>
+#include <QToolBox>
 #include <QStackedLayout>
 #include <QVarLengthArray>
 #include <QWidget>
@@ -27,6 +29,14 @@ void settleOne(QWidget *w)
                 w->setGeometry(area);
         }
     }
+    // A tool box shows one page at a time, each in a scroll area of its
+    // own: one not showing gets the size of the one that is.
+    if (auto *area = qobject_cast<QScrollArea *>(w); area && area->isHidden())
+        if (auto *box = qobject_cast<QToolBox *>(area->parentWidget()))
+            if (QWidget *page = box->currentWidget(); page && page->parentWidget())
+                if (auto *shown = qobject_cast<QScrollArea *>(page->parentWidget()->parentWidget());
+                    shown && shown != area && area->size() != shown->size())
+                    area->resize(shown->size());
     // What show() would do first: deliver the resize a hidden widget has
     // been holding back, so its layout or splitter places its children.
     if (w->testAttribute(Qt::WA_PendingResizeEvent)) {
@@ -57,7 +67,10 @@ void settleLayouts(QWidget *root)
 void settleAncestors(QWidget *w, const QWidget *top)
 {
     QVarLengthArray<QWidget *, 16> chain;
-    for (QWidget *p = w ? w->parentWidget() : nullptr; p && !p->isWindow(); p = p->parentWidget()) {
+    // The form itself may be the window (a tab widget that is the form).
+    for (QWidget *p = w ? w->parentWidget() : nullptr; p; p = p->parentWidget()) {
+        if (p->isWindow() && p != top)
+            break;
         chain.append(p);
         if (p == top)
             break;

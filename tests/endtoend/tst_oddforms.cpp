@@ -1,0 +1,203 @@
+// Forms as other people write them: a container as the top widget, rich
+// text with sizes of its own, pixel fonts, item views with sized sections,
+// rows laid out inside absolutely placed boxes. Each is a small .ui file
+// written for the purpose, loaded the way an application loads it.
+#include "control/VelmoraControl.h"
+#include "control/VelmoraUiLoader.h"
+
+#include <QFile>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QListView>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTextBrowser>
+#include <QToolBox>
+#include <QTreeWidget>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+QString dataFile(const QString &name)
+{
+    return QFINDTESTDATA("../data/odd/" + name);
+}
+
+std::unique_ptr<QWidget> loadForm(const QString &name)
+{
+    QFile file(dataFile(name));
+    if (!file.open(QIODevice::ReadOnly))
+        return nullptr;
+    VelmoraUiLoader loader;
+    return std::unique_ptr<QWidget>(loader.load(&file));
+}
+
+VelmoraControl *componentOf(QWidget *form)
+{
+    return form ? form->findChild<VelmoraControl *>() : nullptr;
+}
+
+// Shows the form and waits for its component to have taken the layout.
+bool showReady(QWidget *form)
+{
+    VelmoraControl *velmora = componentOf(form);
+    if (!velmora)
+        return false;
+    velmora->setResizeOnMouseUp(false);
+    form->show();
+    return QTest::qWaitFor([&] { return velmora->isFormReady(); }, 3000);
+}
+
+// Resizes the form and waits until its pass has run.
+bool resizeTo(QWidget *form, const QSize &size)
+{
+    VelmoraControl *velmora = componentOf(form);
+    QSignalSpy done(velmora, &VelmoraControl::ResizeDone);
+    form->resize(size);
+    return form->size() == size && (done.count() > 0 || done.wait(2000));
+}
+
+QSize scaled(const QSize &s, double fx, double fy)
+{
+    return QSize(qRound(s.width() * fx), qRound(s.height() * fy));
+}
+
+bool near(const QRect &a, const QRect &b, int slack = 1)
+{
+    return qAbs(a.left() - b.left()) <= slack && qAbs(a.top() - b.top()) <= slack
+        && qAbs(a.width() - b.width()) <= slack && qAbs(a.height() - b.height()) <= slack;
+}
+
+QRect scaledRect(const QRect &r, double fx, double fy)
+{
+    return QRect(qRound(r.x() * fx), qRound(r.y() * fy), qRound(r.width() * fx), qRound(r.height() * fy));
+}
+
+// What the page (the container) gives its children, shown or not.
+QSize pageArea(QWidget *page)
+{
+    return page->size();
+}
+
+} // namespace
+
+class tst_OddForms : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void containerAsTheForm_data();
+    void containerAsTheForm();
+};
+
+void tst_OddForms::containerAsTheForm_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QStringList>("pages"); // what holds the widgets
+    QTest::addColumn<double>("fx");
+    QTest::addColumn<double>("fy");
+    const QList<std::tuple<const char *, const char *, QStringList>> forms{
+        {"tab widget", "top_tabwidget.ui", {"first", "second"}},
+        {"stacked widget", "top_stackedwidget.ui", {"first", "second"}},
+        {"tool box", "top_toolbox.ui", {"first", "second"}},
+        {"scroll area", "top_scrollarea.ui", {"content"}},
+        {"splitter", "top_splitter.ui", {"first", "second"}},
+    };
+    for (const auto &[name, file, pages] : forms) {
+        QTest::addRow("%s, 0.6x0.8", name) << file << pages << 0.6 << 0.8;
+        QTest::addRow("%s, 2x1.5", name) << file << pages << 2.0 << 1.5;
+    }
+}
+
+// A form whose top widget is a container: what its pages hold scales with
+// its page, shown or not, and comes back exactly.
+void tst_OddForms::containerAsTheForm()
+{
+    QFETCH(QString, file);
+    QFETCH(QStringList, pages);
+    QFETCH(double, fx);
+    QFETCH(double, fy);
+    auto form = loadForm(file);
+    QVERIFY(form);
+    QVERIFY(showReady(form.get()));
+    QCOMPARE(componentOf(form.get())->form(), form.get());
+    const QSize design = form->size();
+
+    struct Seen {
+        QPointer<QWidget> widget;
+        QPointer<QWidget> page;
+        QRect geometry;
+        QSize pageSize;
+        double points;
+    };
+    QList<Seen> seen;
+    const auto settlePages = [&] {
+        // A page the form is not showing is measured when it shows.
+        if (auto *tabs = qobject_cast<QTabWidget *>(form.get()))
+            for (int i = tabs->count() - 1; i >= 0; --i)
+                tabs->setCurrentIndex(i);
+        if (auto *stack = qobject_cast<QStackedWidget *>(form.get()))
+            for (int i = stack->count() - 1; i >= 0; --i)
+                stack->setCurrentIndex(i);
+        if (auto *box = qobject_cast<QToolBox *>(form.get()))
+            for (int i = box->count() - 1; i >= 0; --i)
+                box->setCurrentIndex(i);
+        QApplication::processEvents();
+    };
+    settlePages();
+    for (const QString &pageName : pages) {
+        QWidget *page = form->findChild<QWidget *>(pageName);
+        QVERIFY2(page, qPrintable(pageName));
+        for (QWidget *w : page->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
+            if (qobject_cast<VelmoraControl *>(w))
+                continue;
+            seen.append({w, page, w->geometry(), pageArea(page), w->font().pointSizeF()});
+        }
+    }
+    QVERIFY(seen.size() >= 3);
+    const double tabPoints = qobject_cast<QTabWidget *>(form.get())
+        ? static_cast<QTabWidget *>(form.get())->tabBar()->font().pointSizeF() : 0;
+
+    QVERIFY(resizeTo(form.get(), scaled(design, fx, fy)));
+    settlePages();
+    for (const Seen &s : seen) {
+        const QSize page = pageArea(s.page);
+        const double px = double(page.width()) / s.pageSize.width();
+        const double py = double(page.height()) / s.pageSize.height();
+        QVERIFY2(qAbs(px - fx) < 0.15 && qAbs(py - fy) < 0.15,
+                 qPrintable(QStringLiteral("%1: page %2x%3").arg(s.page->objectName()).arg(page.width()).arg(page.height())));
+        const QRect want = scaledRect(s.geometry, px, py);
+        QVERIFY2(near(s.widget->geometry(), want),
+                 qPrintable(QStringLiteral("%1 at %2,%3 %4x%5, wanted %6,%7 %8x%9")
+                                .arg(s.widget->objectName())
+                                .arg(s.widget->x()).arg(s.widget->y()).arg(s.widget->width()).arg(s.widget->height())
+                                .arg(want.x()).arg(want.y()).arg(want.width()).arg(want.height())));
+        QVERIFY2(qAbs(s.widget->font().pointSizeF() - s.points * qMin(px, py)) < 0.1 * s.points + 0.5,
+                 qPrintable(s.widget->objectName()));
+    }
+    if (tabPoints > 0) {
+        const double f = qMin(fx, fy);
+        QCOMPARE_LT(qAbs(static_cast<QTabWidget *>(form.get())->tabBar()->font().pointSizeF() - tabPoints * f),
+                    0.05 * tabPoints * f + 0.3);
+    }
+
+    QVERIFY(resizeTo(form.get(), design));
+    settlePages();
+    for (const Seen &s : seen) {
+        QVERIFY2(s.widget->geometry() == s.geometry,
+                 qPrintable(QStringLiteral("%1 at %2,%3 %4x%5; page %6x%7, was %8x%9").arg(s.widget->objectName())
+                                .arg(s.widget->x()).arg(s.widget->y()).arg(s.widget->width()).arg(s.widget->height())
+                                .arg(s.page->width()).arg(s.page->height()).arg(s.pageSize.width()).arg(s.pageSize.height())));
+        QCOMPARE(s.widget->font().pointSizeF(), s.points);
+    }
+    if (tabPoints > 0)
+        QCOMPARE(static_cast<QTabWidget *>(form.get())->tabBar()->font().pointSizeF(), tabPoints);
+}
+
+QTEST_MAIN(tst_OddForms)
+#include "tst_oddforms.moc"
