@@ -484,7 +484,8 @@ bool FormDriver::scaleStyleSheets(qt::QtForm &form)
     if (top)
         for (QWidget *c : top->findChildren<QWidget *>())
             before.emplace_back(c, c->geometry());
-    if (!m_styleSheets.scale(std::min(f->first, f->second)))
+    const double factor = std::min(f->first, f->second);
+    if (!m_styleSheets.scale(factor, m_engine.ScaleFonts ? factor : 1.0))
         return false;
     for (const auto &[c, geometry] : before)
         if (c && c->geometry() != geometry)

@@ -1,18 +1,62 @@
 #include "qt/QtFont.h"
 
+#include "qt/QtRichText.h"
 #include "qt/QtStyleSheets.h"
 #include "qt/QtUnits.h"
 
 #include <QPointer>
+#include <QAbstractSpinBox>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTreeView>
 #include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
 
 namespace velmora::qt {
 
 namespace {
 
+// The parts of a Qt widget that show text in a font of their own: under a
+// style sheet they keep the font they were polished with, so they are
+// given their share of the widget's font explicitly.
+std::vector<QWidget *> innerParts(QWidget *w)
+{
+    std::vector<QWidget *> parts;
+    if (auto *tabs = qobject_cast<QTabWidget *>(w)) {
+        parts.push_back(tabs->tabBar());
+    } else if (auto *table = qobject_cast<QTableView *>(w)) {
+        parts.push_back(table->horizontalHeader());
+        parts.push_back(table->verticalHeader());
+    } else if (auto *tree = qobject_cast<QTreeView *>(w)) {
+        parts.push_back(tree->header());
+    } else if (qobject_cast<QAbstractSpinBox *>(w) || qobject_cast<QComboBox *>(w)) {
+        if (auto *edit = w->findChild<QLineEdit *>(QString(), Qt::FindDirectChildrenOnly))
+            parts.push_back(edit);
+    }
+    return parts;
+}
+
 class WidgetFont : public QtFont {
 public:
-    explicit WidgetFont(QWidget *widget) : m_widget(widget) {}
+    // Made when the layout is captured: the fonts it has are the design's.
+    explicit WidgetFont(QWidget *widget)
+        : m_widget(widget)
+    {
+        if (!widget)
+            return;
+        for (QWidget *part : innerParts(widget))
+            if (part)
+                m_parts.push_back({part, pointSize(part->font())});
+        if (!m_parts.empty() || RichText::follows(widget))
+            m_designPoints = pointSize(widget->font());
+    }
 
 protected:
     std::optional<QFont> read() const override
@@ -28,11 +72,38 @@ protected:
         m_widget->setFont(font);
         // A style sheet's font size wins over setFont: then the sheet says it.
         StyleSheets::followFont(m_widget, font);
+        if (m_designPoints > 0) {
+            const double factor = pointSize(font) / m_designPoints;
+            followParts(factor);
+            // Sizes written inside rich text win over the font too.
+            RichText::followFont(m_widget, factor);
+        }
         return true;
     }
 
 private:
+    void followParts(double factor)
+    {
+        for (const Part &p : m_parts) {
+            if (!p.widget || !(p.designPoints > 0))
+                continue;
+            const double wanted = factor == 1.0 ? p.designPoints : p.designPoints * factor;
+            if (std::abs(pointSize(p.widget->font()) - wanted) < 0.005)
+                continue;
+            QFont f = p.widget->font();
+            f.setPointSizeF(wanted);
+            p.widget->setFont(f);
+            StyleSheets::followFont(p.widget, f);
+        }
+    }
+
+    struct Part {
+        QPointer<QWidget> widget;
+        double designPoints;
+    };
     QPointer<QWidget> m_widget;
+    std::vector<Part> m_parts;
+    double m_designPoints = 0;
 };
 
 class FunctionFont : public QtFont {
@@ -100,7 +171,14 @@ SetResult QtFont::set(std::string_view name, const Value &value)
         if (!size || !(*size > 0) || *size > 16384)
             return hostError(HostErrc::InvalidValue, "Invalid font size");
         const double points = *size;
-        edit = [points](QFont &f) { f.setPointSizeF(points); };
+        // A font given in pixels stays in pixels (whole ones: the size
+        // the screen shows is the same on every screen that way).
+        edit = [points](QFont &f) {
+            if (f.pixelSize() > 0)
+                f.setPixelSize(std::max(1, int(std::lround(points * 20.0 / twipsPerPixel(Axis::Y)))));
+            else
+                f.setPointSizeF(points);
+        };
     } else if (name == "Name") {
         const auto family = value.toText();
         if (!family || family->empty())

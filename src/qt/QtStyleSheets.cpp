@@ -1,6 +1,7 @@
 #include "qt/QtStyleSheets.h"
 
 #include "qt/QtFont.h"
+#include "qt/QtUnits.h"
 
 #include <QHash>
 #include <QSet>
@@ -20,6 +21,7 @@ struct SheetState {
     QString original; // the widget's own text, as the application set it
     QString applied;  // the text Velmora set last
     double lengths = 1.0;
+    double fonts = 1.0;
     std::optional<double> pin; // points
     // A sheet that extended would not read as it does alone: left as the
     // application wrote it, until it writes another.
@@ -39,7 +41,7 @@ SheetState *stateOf(QWidget *w, bool create)
     if (it == table.end()) {
         if (!create)
             return nullptr;
-        it = table.insert(w, SheetState{w->styleSheet(), w->styleSheet(), 1.0, std::nullopt, false});
+        it = table.insert(w, SheetState{w->styleSheet(), w->styleSheet(), 1.0, 1.0, std::nullopt, false});
         // Once per widget, however often its state comes and goes.
         static QSet<const QWidget *> watched;
         if (!watched.contains(w)) {
@@ -61,6 +63,15 @@ SheetState *stateOf(QWidget *w, bool create)
 bool samePoints(double a, double b)
 {
     return std::abs(a - b) < 0.005;
+}
+
+// Whether a widget shows `wanted` points: a sheet in pixels gives whole
+// pixels, and the nearest is as near as it can come.
+bool shows(const QFont &font, double wanted)
+{
+    if (samePoints(QtFont::pointSize(font), wanted))
+        return true;
+    return font.pixelSize() > 0 && font.pixelSize() == std::lround(wanted * 20.0 / twipsPerPixel(Axis::Y));
 }
 
 // A selector for this widget alone, as specific as the sheets usually are
@@ -102,7 +113,7 @@ bool setReadably(QWidget *w, const QString &text)
 
 void compose(QWidget *w, SheetState &s)
 {
-    QString text = s.alone ? s.original : StyleSheets::scaleLengths(s.original, s.lengths);
+    QString text = s.alone ? s.original : StyleSheets::scaleLengths(s.original, s.lengths, s.fonts);
     const bool pinned = s.pin && !s.alone;
     if (pinned) {
         // A bare list of declarations is a rule for everything; written as
@@ -132,7 +143,7 @@ void compose(QWidget *w, SheetState &s)
     }
     s.applied = text;
     // Back to the application's own sheet: nothing of Velmora's is left.
-    if (!s.alone && !s.pin && s.lengths == 1.0)
+    if (!s.alone && !s.pin && s.lengths == 1.0 && s.fonts == 1.0)
         states().remove(w);
 }
 
@@ -185,13 +196,37 @@ bool StyleSheets::isBare(const QString &sheet)
     return !sheet.trimmed().isEmpty();
 }
 
-QString StyleSheets::scaleLengths(const QString &sheet, double factor)
+QString StyleSheets::scaleLengths(const QString &sheet, double factor, double fontFactor)
 {
-    if (factor == 1.0 || !sheet.contains(QLatin1String("px"), Qt::CaseInsensitive))
+    const bool px = sheet.contains(QLatin1String("px"), Qt::CaseInsensitive);
+    if ((factor == 1.0 || !px) && (fontFactor == 1.0 || !(px || sheet.contains(QLatin1String("pt"), Qt::CaseInsensitive))))
         return sheet;
     static const QRegularExpression length(QStringLiteral("(?<![\\w.-])(-?)(\\d*\\.?\\d+)px\\b"),
                                            QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression fontSize(QStringLiteral("(?<![\\w.-])(\\d*\\.?\\d+)(px|pt)\\b"),
+                                             QRegularExpression::CaseInsensitiveOption);
+    // Font sizes: whole pixels (as Qt reads them), points to a hundredth.
+    const auto scaledFont = [&](const QString &text) {
+        if (fontFactor == 1.0)
+            return text;
+        QString out;
+        qsizetype at = 0;
+        auto it = fontSize.globalMatch(text);
+        while (it.hasNext()) {
+            const auto m = it.next();
+            out += text.mid(at, m.capturedStart() - at);
+            const double size = m.captured(1).toDouble() * fontFactor;
+            const bool pixels = m.captured(2).compare(QLatin1String("px"), Qt::CaseInsensitive) == 0;
+            out += pixels ? QString::number(std::max(1.0, std::round(size)), 'f', 0)
+                          : QString::number(std::max(0.01, std::round(size * 100) / 100), 'g', 8);
+            out += m.captured(2);
+            at = m.capturedEnd();
+        }
+        return out + text.mid(at);
+    };
     const auto scaled = [&](const QString &text) {
+        if (factor == 1.0)
+            return text;
         QString out;
         qsizetype at = 0;
         auto it = length.globalMatch(text);
@@ -263,7 +298,7 @@ QString StyleSheets::scaleLengths(const QString &sheet, double factor)
         const auto emitRun = [&](bool value) {
             const QString prop = property.trimmed().toLower();
             const bool font = prop == QLatin1String("font") || prop == QLatin1String("font-size");
-            out += value && !font ? scaled(run) : run;
+            out += !value ? run : font ? scaledFont(run) : scaled(run);
             run.clear();
         };
         for (const QChar c : p.text) {
@@ -301,7 +336,7 @@ void StyleSheets::followFont(QWidget *widget, const QFont &font)
     SheetState *s = states().isEmpty() ? nullptr : stateOf(widget, false);
     if (!s || !s->pin) {
         // The common case: the size took.
-        if (samePoints(QtFont::pointSize(widget->font()), wanted))
+        if (shows(widget->font(), wanted))
             return;
         if (!s)
             s = stateOf(widget, true);
@@ -310,7 +345,7 @@ void StyleSheets::followFont(QWidget *widget, const QFont &font)
         // What the sheets give without the pin.
         s->pin.reset();
         compose(widget, *s);
-        if (samePoints(QtFont::pointSize(widget->font()), wanted))
+        if (shows(widget->font(), wanted))
             return;
         s = stateOf(widget, true);
     }
@@ -337,6 +372,7 @@ void FormStyleSheets::capture(QWidget *form)
 {
     m_widgets.clear();
     m_bases.clear();
+    m_fontBases.clear();
     if (!form)
         return;
     // The form's own sheet and its ancestors' up to the window, and every
@@ -366,10 +402,11 @@ void FormStyleSheets::capture(QWidget *form)
             continue;
         m_widgets.emplace_back(w);
         m_bases.push_back(s ? s->lengths : 1.0);
+        m_fontBases.push_back(s ? s->fonts : 1.0);
     }
 }
 
-bool FormStyleSheets::scale(double factor)
+bool FormStyleSheets::scale(double factor, double fontFactor)
 {
     // Sizes a sheet gives the form and what holds it are the form's own
     // limits, not a control's: scaled, they would hold the form at the size
@@ -395,16 +432,17 @@ bool FormStyleSheets::scale(double factor)
         QWidget *w = m_widgets[i];
         if (!w)
             continue;
-        const double lengths = m_bases[i] * factor;
+        const double lengths = m_bases[i] * factor, fonts = m_fontBases[i] * fontFactor;
         SheetState *s = stateOf(w, false);
         if (!s) {
-            if (lengths == 1.0 || w->styleSheet().isEmpty())
+            if ((lengths == 1.0 && fonts == 1.0) || w->styleSheet().isEmpty())
                 continue;
             s = stateOf(w, true);
         }
-        if (s->lengths == lengths)
+        if (s->lengths == lengths && s->fonts == fonts)
             continue;
         s->lengths = lengths;
+        s->fonts = fonts;
         compose(w, *s);
         changed = true;
     }

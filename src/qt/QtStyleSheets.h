@@ -1,15 +1,16 @@
 // Velmora - style sheets scaled with the form.
 //
-// A font size that a style sheet sets (on the widget, or on an ancestor:
-// "QLabel { font: 10pt; }" on a main window) wins over QWidget::setFont, so
-// the size the resize pass gives such a widget is pinned in the widget's
-// own sheet instead: its original text, then one rule that matches only the
-// widget (a dynamic property the widget alone carries) and sets the size.
-// A widget's own sheet wins over every inherited one, so the pin decides.
+// Pixel lengths that sheets give (padding, min-width, border widths ...)
+// scale with the form, and so do their font sizes, sub-control and
+// pseudo-state rules and the inner parts of Qt's widgets (a tab widget's
+// bar, a view's headers) included: every own sheet of the form's window is
+// rewritten from its original text.
 //
-// Pixel lengths that sheets give (padding, min-width, border widths ...,
-// never font sizes: those follow the pins) scale with the form: every own
-// sheet of the form's window is rewritten from its original text.
+// A widget whose own font must still come out differently (its edges or
+// its font are locked, or rounding differs) gets the size the resize pass
+// gives it pinned in its own sheet: its original text, then one rule that
+// matches only the widget (a dynamic property the widget alone carries)
+// and sets the size. A widget's own sheet wins over every inherited one.
 //
 // At the design size, and whenever nothing is pinned or scaled, a widget's
 // sheet is its original text again, exactly. A sheet the application sets
@@ -31,10 +32,10 @@ namespace velmora::qt {
 namespace StyleSheets {
 
 // `sheet` with every length in px multiplied by `factor` (rounded to whole
-// pixels; a length of at least 1px stays at least 1px), except in font
-// declarations, comments, strings and url(...). A factor of 1 gives the
-// text unchanged.
-QString scaleLengths(const QString &sheet, double factor);
+// pixels; a length of at least 1px stays at least 1px), and every font size
+// (px or pt, in font and font-size) by `fontFactor`; nothing in comments,
+// strings and url(...). Factors of 1 give the text unchanged.
+QString scaleLengths(const QString &sheet, double factor, double fontFactor = 1.0);
 
 // Whether `sheet` is a bare list of declarations (no rule braces), as a
 // widget's own sheet may be.
@@ -61,15 +62,16 @@ public:
     // Takes the sheets as they stand as the layout's: what the form shows
     // now is the reference (after a Reset, scaled sheets stay as they are).
     void capture(QWidget *form);
-    // Lengths at `factor` times the captured ones. True when a sheet changed.
-    bool scale(double factor);
+    // Lengths at `factor` times the captured ones, font sizes at
+    // `fontFactor` times. True when a sheet changed.
+    bool scale(double factor, double fontFactor);
     bool empty() const { return m_widgets.empty(); }
 
 private:
     std::vector<QPointer<QWidget>> m_widgets;
     std::vector<QPointer<QWidget>> m_holders; // the form and its ancestors up to the window
     // Each one's lengths at capture, relative to its original sheet.
-    std::vector<double> m_bases;
+    std::vector<double> m_bases, m_fontBases;
 };
 
 } // namespace velmora::qt

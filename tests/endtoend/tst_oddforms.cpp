@@ -6,6 +6,7 @@
 #include "control/VelmoraUiLoader.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -93,6 +94,9 @@ class tst_OddForms : public QObject {
 private Q_SLOTS:
     void containerAsTheForm_data();
     void containerAsTheForm();
+    void inlineSizesFollowTheFont_data();
+    void inlineSizesFollowTheFont();
+    void pixelFontsStayInPixels();
 };
 
 void tst_OddForms::containerAsTheForm_data()
@@ -197,6 +201,113 @@ void tst_OddForms::containerAsTheForm()
     }
     if (tabPoints > 0)
         QCOMPARE(static_cast<QTabWidget *>(form.get())->tabBar()->font().pointSizeF(), tabPoints);
+}
+
+namespace {
+
+// The inline sizes of a widget's rich text, in order: "14pt", "20px" ...
+QStringList inlineSizes(QWidget *w)
+{
+    QString html;
+    if (auto *label = qobject_cast<QLabel *>(w))
+        html = label->text();
+    else if (auto *edit = qobject_cast<QTextEdit *>(w))
+        html = edit->toHtml().section(QLatin1String("<body"), 1).section(u'>', 1); // not the body's own font
+    static const QRegularExpression size(QStringLiteral("font-size:\\s*([\\d.]+(?:pt|px))"));
+    QStringList out;
+    for (auto it = size.globalMatch(html); it.hasNext();)
+        out << it.next().captured(1);
+    return out;
+}
+
+QString richTextOf(QWidget *w)
+{
+    if (auto *label = qobject_cast<QLabel *>(w))
+        return label->text();
+    return static_cast<QTextEdit *>(w)->toHtml();
+}
+
+} // namespace
+
+void tst_OddForms::inlineSizesFollowTheFont_data()
+{
+    QTest::addColumn<QString>("widget");
+    QTest::addColumn<QStringList>("atDouble"); // the sizes at twice the design size
+    QTest::newRow("label, points") << "ptLabel" << QStringList{"28pt", "18pt"};
+    QTest::newRow("label, pixels") << "pxLabel" << QStringList{"40px"};
+    QTest::newRow("label, <font size>") << "sizeLabel" << QStringList{};
+    QTest::newRow("text edit") << "log" << QStringList{"32pt", "24px"};
+    QTest::newRow("text browser") << "notes" << QStringList{"32pt", "24px"};
+}
+
+// Sizes written inside rich text scale with the widget's font, come back
+// byte for byte, and text the application sets becomes the original.
+void tst_OddForms::inlineSizesFollowTheFont()
+{
+    QFETCH(QString, widget);
+    QFETCH(QStringList, atDouble);
+    auto form = loadForm(QStringLiteral("rich_text.ui"));
+    QVERIFY(form);
+    QWidget *w = form->findChild<QWidget *>(widget);
+    QVERIFY(w);
+    QVERIFY(showReady(form.get()));
+    const QSize design = form->size();
+    const QString original = richTextOf(w);
+    const int designHeight = w->sizeHint().height();
+    auto *edit = qobject_cast<QTextEdit *>(w);
+    if (edit && !edit->isReadOnly()) {
+        edit->textCursor().insertText(QStringLiteral("typed "));
+        QVERIFY(edit->document()->isUndoAvailable());
+    }
+    const QString typed = richTextOf(w);
+
+    QVERIFY(resizeTo(form.get(), design * 2));
+    QCOMPARE(inlineSizes(w), atDouble);
+    if (qobject_cast<QLabel *>(w)) // the text, not only the font, is bigger
+        QCOMPARE_GE(w->sizeHint().height(), designHeight * 17 / 10);
+    if (edit && !edit->isReadOnly()) {
+        QVERIFY(edit->document()->isUndoAvailable()); // the user's typing is still theirs
+        QVERIFY(!edit->document()->isModified() || typed != original);
+    }
+
+    QVERIFY(resizeTo(form.get(), design));
+    QCOMPARE(richTextOf(w), typed);
+
+    // What the application sets at another size is the text at design size.
+    QVERIFY(resizeTo(form.get(), design * 2));
+    if (auto *label = qobject_cast<QLabel *>(w))
+        label->setText(QStringLiteral("<p><span style=\" font-size:10pt;\">new</span></p>"));
+    else
+        edit->setHtml(QStringLiteral("<p><span style=\" font-size:10pt;\">new</span></p>"));
+    const QString set = richTextOf(w);
+    QVERIFY(resizeTo(form.get(), design * 3));
+    QCOMPARE(inlineSizes(w), QStringList{"30pt"});
+    QVERIFY(resizeTo(form.get(), design));
+    QCOMPARE(inlineSizes(w), QStringList{"10pt"});
+    if (qobject_cast<QLabel *>(w))
+        QCOMPARE(richTextOf(w), set);
+}
+
+// A font given in pixels scales in pixels and is its design font again at
+// the design size.
+void tst_OddForms::pixelFontsStayInPixels()
+{
+    auto form = loadForm(QStringLiteral("rich_text.ui"));
+    QVERIFY(form);
+    auto *label = form->findChild<QLabel *>(QStringLiteral("pixelFont"));
+    QFont f = label->font();
+    f.setPixelSize(20);
+    label->setFont(f);
+    const QFont designFont = label->font();
+    QVERIFY(showReady(form.get()));
+    const QSize design = form->size();
+    for (double factor : {2.0, 0.6, 1.5}) {
+        QVERIFY(resizeTo(form.get(), scaled(design, factor, factor)));
+        QCOMPARE(label->font().pixelSize(), qRound(20 * factor));
+        QCOMPARE(label->font().pointSizeF(), -1.0);
+    }
+    QVERIFY(resizeTo(form.get(), design));
+    QCOMPARE(label->font(), designFont);
 }
 
 QTEST_MAIN(tst_OddForms)
