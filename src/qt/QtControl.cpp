@@ -1,5 +1,8 @@
 #include "qt/QtControl.h"
 
+#include "qt/QtLayoutSpacing.h"
+#include "qt/QtViewInterior.h"
+
 #include "qt/QtFont.h"
 #include "qt/QtForm.h"
 #include "qt/QtLayoutSettling.h"
@@ -142,6 +145,10 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
         m_kind = Kind::Button;
     else if (qobject_cast<QFrame *>(widget))
         m_kind = Kind::Frame;
+    m_designSize = widget ? widget->size() : QSize();
+    m_view = ViewInterior::capture(widget, widget ? QtFont::pointSize(widget->font()) : 0.0);
+    if (widget && !qobject_cast<QAbstractScrollArea *>(widget))
+        m_layout = LayoutSpacing::capture(widget);
     // The adapter is made when the layout is captured: the limits a form
     // was designed with are the ones the widget has now. The component's own
     // fixed size is its icon's, not a limit of the design.
@@ -158,6 +165,8 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
         }
     }
 }
+
+QtControl::~QtControl() = default;
 
 void QtControl::scaleIconSize()
 {
@@ -214,6 +223,40 @@ void QtControl::place(const QRect &rect)
     setLimits(minimum.boundedTo(now), maximum.expandedTo(now));
     m_widget->setGeometry(rect);
     setLimits(minimum, maximum);
+}
+
+QSize QtControl::sizeByContainer(const PassState &st, const QSize &fallback) const
+{
+    const auto container = st.container.lock();
+    const auto *c = st.onForm ? nullptr : static_cast<const QtControl *>(container.get());
+    if (!c || !c->m_widget || c->m_designSize.isEmpty())
+        return fallback;
+    const QSize now = c->m_widget->size();
+    return QSize(qRound(double(m_designSize.width()) * now.width() / c->m_designSize.width()),
+                 qRound(double(m_designSize.height()) * now.height() / c->m_designSize.height()));
+}
+
+void QtControl::scaleLimits(const QSize &placed)
+{
+    if (!m_design || !m_design->limits)
+        return;
+    const Design &l = *m_design;
+    const QSize size = placed.expandedTo(QSize(0, 0));
+    const QSize minimum(scaledMinimum(l.minimum.width(), size.width(), l.size.width()),
+                        scaledMinimum(l.minimum.height(), size.height(), l.size.height()));
+    const QSize maximum(scaledMaximum(l.maximum.width(), size.width(), l.size.width()),
+                        scaledMaximum(l.maximum.height(), size.height(), l.size.height()));
+    if (m_widget->minimumSize() == minimum && m_widget->maximumSize() == maximum)
+        return;
+    willWrite();
+    // In the order that never has the minimum above the maximum.
+    if (minimum.width() > m_widget->maximumWidth() || minimum.height() > m_widget->maximumHeight()) {
+        m_widget->setMaximumSize(maximum);
+        m_widget->setMinimumSize(minimum);
+    } else {
+        m_widget->setMinimumSize(minimum);
+        m_widget->setMaximumSize(maximum);
+    }
 }
 
 void QtControl::rekey(const QString &nameOverride)
@@ -405,7 +448,7 @@ SetResult QtControl::move(const std::vector<Value> &args)
     if (m_kind == Kind::Line)
         return noSuchMember("Move");
     const PassState &st = state();
-    if (st.managed)
+    if (st.managed && !m_layout && !(m_design && m_design->limits))
         return refusedGeometry();
     if (args.size() != 4)
         return hostError(HostErrc::InvalidValue, "Move takes Left, Top, Width and Height");
@@ -419,7 +462,20 @@ SetResult QtControl::move(const std::vector<Value> &args)
     }
     if (px[2] < 0 || px[3] < 0)
         return hostError(HostErrc::InvalidValue, "Invalid property value");
-    place(boundedRect(px[0], px[1], px[2], px[3]));
+    const QRect rect = boundedRect(px[0], px[1], px[2], px[3]);
+    // A widget its parent's layout places has no size of the pass's: it
+    // scales as its container did since the design.
+    const QSize size = st.managed ? sizeByContainer(st, rect.size()) : rect.size();
+    if (m_layout) {
+        willWrite();
+        m_layout->follow(size);
+    }
+    if (st.managed) {
+        // The layout may not squeeze it past its limits, nor stretch it.
+        scaleLimits(size);
+        return refusedGeometry();
+    }
+    place(rect);
     return Done{};
 }
 
@@ -680,6 +736,12 @@ GetResult QtControl::call(std::string_view method, const std::vector<Value> &arg
     if (method == "Refresh") {
         if (m_kind == Kind::TabWidget)
             applyTabMaxWidth(static_cast<QTabWidget *>(m_widget.data()));
+        if (m_view) {
+            // Placed by now; its font may still be on its way.
+            const auto *f = dynamic_cast<const QtFont *>(m_font.get());
+            const auto upcoming = f ? f->upcoming() : std::nullopt;
+            m_view->follow(QtFont::pointSize(upcoming ? *upcoming : m_widget->font()));
+        }
         // Within a pass whatever changed repaints once, when the pass ends;
         // what did not change needs no repaint.
         QtForm *form = liveForm();

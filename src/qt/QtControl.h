@@ -26,10 +26,13 @@ namespace velmora::qt {
 
 class QtForm;
 class QtFont;
+class ViewInterior;
+class LayoutSpacing;
 
 class QtControl : public HostObject {
 public:
     QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name);
+    ~QtControl() override;
 
     QWidget *widget() const { return m_widget; }
     QString name() const;
@@ -82,6 +85,10 @@ private:
     // Places the widget, first scaling any explicit minimum or maximum size
     // it had at capture so that Qt does not clamp the engine's size.
     void place(const QRect &rect);
+    // The limits alone, for a widget its parent's layout places.
+    void scaleLimits(const QSize &placed);
+    // Its design size scaled as its container's size is now.
+    QSize sizeByContainer(const PassState &st, const QSize &fallback) const;
     HostObjectPtr font(int slot);
     GetResult getBorderWidth() const;
     SetResult setBorderWidth(const Value &value);
@@ -108,6 +115,9 @@ private:
         QSize formSize; // the form's, for a widget its parent places
     };
     std::unique_ptr<Design> m_design;
+    std::unique_ptr<ViewInterior> m_view; // sections and spacing of an item view
+    std::unique_ptr<LayoutSpacing> m_layout; // margins and spacing of the layout it holds
+    QSize m_designSize; // when the layout was captured
     // Icons of items (view rows, toolbar actions, tabs) are drawn from their
     // QIcons at the widget's icon size: scaling that size scales them, sharp.
     void scaleIconSize();

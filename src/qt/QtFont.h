@@ -41,6 +41,8 @@ public:
     // font set on it already.
     std::optional<QFont> takePending();
     bool applyNow(const QFont &font) { return write(font); }
+    // The font as it is about to be: the write held back, or the owner's.
+    std::optional<QFont> upcoming() const { return current(); }
 
     std::string typeName() const override { return "Font"; }
     GetResult get(std::string_view name) override;

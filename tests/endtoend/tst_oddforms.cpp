@@ -10,7 +10,9 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLayout>
 #include <QListView>
+#include <QListWidget>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStackedWidget>
@@ -97,6 +99,10 @@ private Q_SLOTS:
     void inlineSizesFollowTheFont_data();
     void inlineSizesFollowTheFont();
     void pixelFontsStayInPixels();
+    void viewsScaleInside_data();
+    void viewsScaleInside();
+    void laidOutRowsKeepTheirProportions_data();
+    void laidOutRowsKeepTheirProportions();
 };
 
 void tst_OddForms::containerAsTheForm_data()
@@ -308,6 +314,135 @@ void tst_OddForms::pixelFontsStayInPixels()
     }
     QVERIFY(resizeTo(form.get(), design));
     QCOMPARE(label->font(), designFont);
+}
+
+void tst_OddForms::viewsScaleInside_data()
+{
+    QTest::addColumn<double>("fx");
+    QTest::addColumn<double>("fy");
+    QTest::newRow("0.6x0.8") << 0.6 << 0.8;
+    QTest::newRow("2x1.5") << 2.0 << 1.5;
+    QTest::newRow("1.25x2") << 1.25 << 2.0;
+}
+
+// Columns follow a view's width, rows, indentation and grid its font; a
+// column resized by hand keeps its new width as its design width.
+void tst_OddForms::viewsScaleInside()
+{
+    QFETCH(double, fx);
+    QFETCH(double, fy);
+    auto form = loadForm(QStringLiteral("views.ui"));
+    QVERIFY(form);
+    auto *table = form->findChild<QTableWidget *>(QStringLiteral("table"));
+    auto *tree = form->findChild<QTreeWidget *>(QStringLiteral("tree"));
+    auto *list = form->findChild<QListWidget *>(QStringLiteral("list"));
+    QVERIFY(table && tree && list);
+    QVERIFY(showReady(form.get()));
+    const QSize design = form->size();
+    const double points = table->font().pointSizeF();
+    const int headerHeight = table->horizontalHeader()->height();
+
+    QVERIFY(resizeTo(form.get(), scaled(design, fx, fy)));
+    const double byWidth = table->width() / 200.0;
+    const double byFont = table->font().pointSizeF() / points;
+    QVERIFY(qAbs(byFont - qMin(fx, fy)) < 0.05);
+    for (int c = 0; c < 2; ++c)
+        QVERIFY2(qAbs(table->columnWidth(c) - 60 * byWidth) <= 1, qPrintable(QString::number(table->columnWidth(c))));
+    for (int r = 0; r < 5; ++r)
+        QVERIFY2(qAbs(table->rowHeight(r) - 24 * byFont) <= 1, qPrintable(QString::number(table->rowHeight(r))));
+    QTRY_VERIFY2(qAbs(table->horizontalHeader()->height() - headerHeight * byFont) <= 0.5 * qAbs(headerHeight - headerHeight * byFont) + 2,
+                 qPrintable(QString::number(table->horizontalHeader()->height())));
+    QVERIFY(qAbs(tree->columnWidth(0) - 80 * tree->width() / 230.0) <= 1);
+    QVERIFY(qAbs(tree->indentation() - 20 * byFont) <= 1);
+    QVERIFY(qAbs(list->gridSize().width() - 64 * byFont) <= 1 && qAbs(list->gridSize().height() - 48 * byFont) <= 1);
+    QVERIFY(qAbs(list->spacing() - 4 * byFont) <= 1);
+
+    // By hand: a column made wider, a row taller.
+    table->setColumnWidth(1, table->columnWidth(1) + 30);
+    const int widened = table->columnWidth(1);
+    table->setRowHeight(2, table->rowHeight(2) + 10);
+    const int taller = table->rowHeight(2);
+
+    QVERIFY(resizeTo(form.get(), design));
+    QCOMPARE(table->columnWidth(0), 60);
+    QCOMPARE(table->columnWidth(1), qRound(widened / byWidth));
+    QCOMPARE(table->rowHeight(0), 24);
+    QCOMPARE(table->rowHeight(2), qRound(taller / byFont));
+    QCOMPARE(tree->columnWidth(0), 80);
+    QCOMPARE(tree->indentation(), 20);
+    QCOMPARE(list->gridSize(), QSize(64, 48));
+    QCOMPARE(list->spacing(), 4);
+    QTRY_COMPARE(table->horizontalHeader()->height(), headerHeight);
+}
+
+void tst_OddForms::laidOutRowsKeepTheirProportions_data()
+{
+    QTest::addColumn<double>("fx");
+    QTest::addColumn<double>("fy");
+    QTest::newRow("0.6x0.8") << 0.6 << 0.8;
+    QTest::newRow("2x1.5") << 2.0 << 1.5;
+}
+
+// Rows a layout places inside an absolutely placed box: no two widgets that
+// are apart at design overlap, the growth is shared as at design, and at
+// the design size limits, margins and spacing are the design's exactly.
+void tst_OddForms::laidOutRowsKeepTheirProportions()
+{
+    QFETCH(double, fx);
+    QFETCH(double, fy);
+    auto form = loadForm(QStringLiteral("laid_out_rows.ui"));
+    QVERIFY(form);
+    QVERIFY(showReady(form.get()));
+    const QSize design = form->size();
+    struct Seen {
+        QPointer<QWidget> w;
+        QRect geometry;
+        QSize minimum, maximum;
+    };
+    QList<Seen> seen;
+    for (const char *box : {"actions", "settings"})
+        for (QWidget *w : form->findChild<QWidget *>(QLatin1String(box))->findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+            seen.append({w, w->geometry(), w->minimumSize(), w->maximumSize()});
+    struct Spacing {
+        QPointer<QLayout> layout;
+        QMargins margins;
+        int spacing;
+    };
+    QList<Spacing> spacings;
+    for (QLayout *l : form->findChildren<QLayout *>())
+        spacings.append({l, l->contentsMargins(), l->spacing()});
+    const auto *start = form->findChild<QWidget *>(QStringLiteral("start"));
+    const auto *stop = form->findChild<QWidget *>(QStringLiteral("stop"));
+    const double shares = double(start->width()) / stop->width();
+
+    QVERIFY(resizeTo(form.get(), scaled(design, fx, fy)));
+    QApplication::processEvents(); // what the layouts make of it
+    for (const Seen &a : seen)
+        for (const Seen &b : seen) {
+            if (a.w == b.w || a.w->parentWidget() != b.w->parentWidget() || a.geometry.intersects(b.geometry))
+                continue;
+            const QRect overlap = a.w->geometry().intersected(b.w->geometry());
+            QVERIFY2(overlap.width() <= 1 || overlap.height() <= 1,
+                     qPrintable(QStringLiteral("%1 and %2 overlap by %3x%4")
+                                    .arg(a.w->objectName(), b.w->objectName())
+                                    .arg(overlap.width()).arg(overlap.height())));
+        }
+    QVERIFY2(qAbs(double(start->width()) / stop->width() - shares) < 0.05,
+             qPrintable(QStringLiteral("start %1, stop %2").arg(start->width()).arg(stop->width())));
+    QVERIFY2(qAbs(start->width() - 120 * fx) <= qMax(2.0, 0.1 * 120 * fx) || start->width() > 120 * fx,
+             qPrintable(QString::number(start->width())));
+
+    QVERIFY(resizeTo(form.get(), design));
+    QApplication::processEvents();
+    for (const Seen &s : seen) {
+        QCOMPARE(s.w->minimumSize(), s.minimum);
+        QCOMPARE(s.w->maximumSize(), s.maximum);
+        QCOMPARE(s.w->geometry(), s.geometry);
+    }
+    for (const Spacing &s : spacings) {
+        QCOMPARE(s.layout->contentsMargins(), s.margins);
+        QCOMPARE(s.layout->spacing(), s.spacing);
+    }
 }
 
 QTEST_MAIN(tst_OddForms)
