@@ -147,8 +147,7 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
         m_kind = Kind::Frame;
     m_designSize = widget ? widget->size() : QSize();
     m_view = ViewInterior::capture(widget, widget ? QtFont::pointSize(widget->font()) : 0.0);
-    if (widget && !qobject_cast<QAbstractScrollArea *>(widget))
-        m_layout = LayoutSpacing::capture(widget);
+    m_layout = LayoutSpacing::capture(widget);
     // The adapter is made when the layout is captured: the limits a form
     // was designed with are the ones the widget has now. The component's own
     // fixed size is its icon's, not a limit of the design.

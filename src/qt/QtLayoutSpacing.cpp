@@ -3,6 +3,7 @@
 #include <QBoxLayout>
 #include <QFormLayout>
 #include <QGridLayout>
+#include <QGroupBox>
 #include <QLayout>
 #include <QStyle>
 #include <QWidget>
@@ -55,11 +56,21 @@ int times(int length, double ratio)
     return ratio == 1.0 || length <= 0 ? length : std::max(0, int(std::lround(length * ratio)));
 }
 
+// A developer's container: Qt's widgets that lay out their own parts (a
+// toolbar, a status bar, a calendar, a tool box ...) keep their layouts.
+bool holdsDevelopersLayout(const QWidget *w)
+{
+    const QMetaObject *mo = w->metaObject();
+    while (mo && mo->className()[0] != 'Q') // a class of the application's: what it is based on
+        mo = mo->superClass();
+    return mo == &QWidget::staticMetaObject || mo == &QFrame::staticMetaObject || mo == &QGroupBox::staticMetaObject;
+}
+
 } // namespace
 
 std::unique_ptr<LayoutSpacing> LayoutSpacing::capture(QWidget *container)
 {
-    if (!container || !container->layout())
+    if (!container || !container->layout() || !holdsDevelopersLayout(container))
         return nullptr;
     auto s = std::unique_ptr<LayoutSpacing>(new LayoutSpacing);
     s->m_design = container->size();

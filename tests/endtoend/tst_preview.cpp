@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
+
 #include <sys/stat.h>
 
 namespace {
@@ -68,6 +70,9 @@ private Q_SLOTS:
     void setWritesOnlyTheSettings();
     void setRefusesAndLeavesTheFile_data();
     void setRefusesAndLeavesTheFile();
+    void formResourcesShow_data();
+    void formResourcesShow();
+    void fixedFormsSaySo();
 };
 
 void tst_Preview::rendersSampleWithoutDisplay()
@@ -446,6 +451,61 @@ void tst_Preview::setRefusesAndLeavesTheFile()
     QCOMPARE(r.exitCode, exitCode);
     QVERIFY2(r.err.contains(message.toUtf8()), r.err.constData());
     QCOMPARE(readAll(path), content);
+}
+
+void tst_Preview::formResourcesShow_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QStringList>("warnings");
+    QTest::newRow("a .qrc beside the form") << "with_resources.ui" << QStringList{};
+    QTest::newRow("a missing and a broken .qrc")
+        << "missing_resources.ui"
+        << QStringList{"resource file gone.qrc: not found", "resource file broken.qrc: cannot be compiled"};
+}
+
+// The resources a form names show in the preview; a .qrc that is missing
+// or broken is one warning naming it, and the rest of the form still shows.
+void tst_Preview::formResourcesShow()
+{
+    QFETCH(QString, file);
+    QFETCH(QStringList, warnings);
+    QTemporaryDir dir;
+    const Run r = preview({QFINDTESTDATA("../data/odd/" + file), "--size", "600x400", "--screenshot", dir.path()});
+    QCOMPARE(r.exitCode, 0);
+    const QList<QByteArray> lines = r.err.split('\n');
+    const auto count = [&](const QString &start) {
+        return std::count_if(lines.cbegin(), lines.cend(), [&](const QByteArray &l) {
+            return l.startsWith("velmora-preview: warning: " + start.toUtf8());
+        });
+    };
+    QCOMPARE(count(QStringLiteral("resource file")), qsizetype(warnings.size()));
+    for (const QString &w : warnings)
+        QCOMPARE(count(w), qsizetype(1));
+    // Qt says a missing image at every paint: three times, then counted.
+    QVERIFY(lines.count("Could not create pixmap from :/gone/stripes.png") <= 3);
+    // The label's pixmap comes from the form's own resources, at both sizes.
+    for (const char *shot : {"Panel-300x200.png", "Panel-600x400.png"}) {
+        const QImage image(QDir(dir.path()).filePath(QLatin1String(shot)));
+        QVERIFY2(!image.isNull(), shot);
+        const double f = image.width() / 300.0;
+        const QColor lamp = image.pixelColor(qRound(36 * f), qRound(36 * f));
+        QVERIFY2(lamp.red() > 180 && lamp.green() < 80 && lamp.blue() < 80, qPrintable(lamp.name()));
+    }
+}
+
+// A form that cannot be resized says so once, and the report per size.
+void tst_Preview::fixedFormsSaySo()
+{
+    const Run r = preview({QFINDTESTDATA("../data/odd/fixed_size.ui"), "--size", "600x400", "--size", "150x100", "--report"});
+    QCOMPARE(r.exitCode, 0);
+    const QByteArray said = "velmora-preview: warning: fixed size 300x200: the form cannot be resized";
+    QCOMPARE(r.err.split('\n').count(said), 1);
+    const QJsonArray sizes = QJsonDocument::fromJson(r.out).object().value("sizes").toArray();
+    QCOMPARE(sizes.size(), 3);
+    for (const auto &entry : sizes) {
+        QCOMPARE(entry.toObject().value("fixed").toString(), QString::fromUtf8(said.mid(26)));
+        QCOMPARE(entry.toObject().value("width").toInt(), 300);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_Preview)

@@ -1,5 +1,7 @@
 #include "PreviewLoader.h"
 
+#include "FormResources.h"
+
 #include "PlaceholderWidget.h"
 
 #include <QBuffer>
@@ -65,7 +67,7 @@ QWidget *PreviewLoader::createWidget(const QString &className, QWidget *parent, 
 
 QStringList PreviewLoader::warnings() const
 {
-    QStringList out;
+    QStringList out = m_resourceWarnings;
     for (const QString &cls : m_substituteOrder) {
         const Substitute &s = m_substitutes[cls];
         const QString what = !s.madeAs.isEmpty()
@@ -175,6 +177,10 @@ bool PreviewLoader::readForm(const QString &path, const QByteArray &ui, QString 
             if (hasNoArea(xml))
                 m_sizeless << widgets.last().name;
             --depth;
+        } else if (name == QLatin1String("include") && depth == 3 && widgets.isEmpty()) { // ui/resources/include
+            const QString location = xml.attributes().value(QLatin1String("location")).toString();
+            if (!location.isEmpty() && !m_resources.contains(location))
+                m_resources << location;
         } else if (name == QLatin1String("customwidget")) {
             customClass.clear();
         } else if (name == QLatin1String("class") && depth == 4) { // ui/customwidgets/customwidget/class
@@ -229,6 +235,9 @@ QWidget *PreviewLoader::loadFile(const QString &path, QWidget *parent, QString *
     const QByteArray ui = file.readAll();
     if (!readForm(path, ui, error))
         return nullptr;
+    // Before the widgets are made: their icons, pixmaps and sheets are read
+    // as they are created.
+    m_resourceWarnings = FormResources::registerFor(path, m_resources);
     QBuffer buffer;
     buffer.setData(ui);
     buffer.open(QIODevice::ReadOnly);

@@ -44,6 +44,8 @@ private:
     QStringList m_substituteOrder;
     // Widgets below the top one whose geometry in the file has no area.
     QStringList m_sizeless;
+    // The .qrc files the form names, and what registering them said.
+    QStringList m_resources, m_resourceWarnings;
     QList<QPointer<QWidget>> m_created;
     QPointer<QWidget> m_root;
     int m_declared = 0;

@@ -78,6 +78,17 @@ void PreviewSession::resizeForm(const QSize &size)
     }
 }
 
+QString PreviewSession::fixedSize() const
+{
+    QWidget *f = form();
+    if (!f || !m_root)
+        return {};
+    for (const QWidget *w : {static_cast<const QWidget *>(m_root.data()), static_cast<const QWidget *>(f)})
+        if (w->minimumSize() == w->maximumSize())
+            return QStringLiteral("fixed size %1x%2: the form cannot be resized").arg(f->width()).arg(f->height());
+    return {};
+}
+
 QJsonObject PreviewSession::snapshot(bool design) const
 {
     QJsonObject entry;
@@ -85,6 +96,8 @@ QJsonObject PreviewSession::snapshot(bool design) const
     entry.insert(QStringLiteral("width"), f->width());
     entry.insert(QStringLiteral("height"), f->height());
     entry.insert(QStringLiteral("design"), design);
+    if (const QString fixed = fixedSize(); !fixed.isEmpty())
+        entry.insert(QStringLiteral("fixed"), fixed);
     QJsonArray controls;
     if (!m_control)
         return entry;

@@ -31,6 +31,9 @@ public:
     // Gives the form (its inner widget) this size in pixels and lets the
     // pass run.
     void resizeForm(const QSize &size);
+    // "fixed size WxH: the form cannot be resized" for a form that cannot
+    // be (its own or its window's minimum is its maximum); else empty.
+    QString fixedSize() const;
     // Every control: class, name, container, geometry in pixels, font size.
     QJsonObject snapshot(bool design) const;
     bool screenshot(const QString &dir, QString *file) const;

@@ -11,6 +11,7 @@
 #include "control/VelmoraControl.h"
 
 #include <QApplication>
+#include <QHash>
 #include <QScreen>
 #include <QTimer>
 #include <QWindow>
@@ -142,8 +143,46 @@ int editSettings(const QStringList &args, const QStringList &assignments, bool w
 
 } // namespace
 
+// A form whose sheet names a missing image has Qt say so at every paint of
+// every widget the rule matches: each message is let through three times,
+// then counted, and the count told once at the end.
+struct RepeatedMessages {
+    static constexpr int Shown = 3;
+    QHash<QString, int> seen;
+    QStringList order;
+    QtMessageHandler next = nullptr;
+
+    static RepeatedMessages &instance()
+    {
+        static RepeatedMessages r;
+        return r;
+    }
+    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
+    {
+        RepeatedMessages &r = instance();
+        if (type == QtWarningMsg || type == QtDebugMsg || type == QtInfoMsg) {
+            int &n = r.seen[text];
+            if (++n > Shown) {
+                if (n == Shown + 1)
+                    r.order << text;
+                return;
+            }
+        }
+        if (r.next)
+            r.next(type, context, text);
+    }
+    ~RepeatedMessages()
+    {
+        qInstallMessageHandler(next);
+        for (const QString &text : std::as_const(order))
+            std::fprintf(stderr, "velmora-preview: warning: %d more of: %s\n", seen.value(text) - Shown,
+                         qPrintable(text));
+    }
+};
+
 int main(int argc, char **argv)
 {
+    RepeatedMessages::instance().next = qInstallMessageHandler(&RepeatedMessages::handle);
     // Rendering to files needs no display.
     if ((wantsHeadless(argc, argv) || wantsHelp(argc, argv)) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -309,6 +348,8 @@ int main(int argc, char **argv)
     };
     if (!record(true))
         return 1;
+    if (const QString fixed = session.fixedSize(); !fixed.isEmpty() && !sizes.isEmpty())
+        std::fprintf(stderr, "velmora-preview: warning: %s\n", qPrintable(fixed));
     for (const QSize &size : sizes) {
         session.resizeForm(size);
         if (!record(false))
