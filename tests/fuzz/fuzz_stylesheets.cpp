@@ -1,6 +1,7 @@
 // Style sheets on a small absolutely positioned form: scaled to two sizes
 // and back to the design size, every sheet must be its original text byte
-// for byte, and every control back at its design geometry and font size.
+// for byte, and every control back at its design geometry and font size,
+// rich text, a view's header font, rows and columns included.
 //
 // Input: one byte of options (bit 0: the form is a main window's central
 // widget), two sizes (16-bit width and height each, 0 to 4000 pixels),
@@ -20,7 +21,9 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSpinBox>
+#include <QHeaderView>
 #include <QTabWidget>
+#include <QTableWidget>
 
 #include <memory>
 
@@ -89,7 +92,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         place(new QSpinBox(form), "spnCount", 210, 80, 80, 24),
         place(tabs, "tabPages", 200, 120, 190, 120),
         place(new QLabel(QStringLiteral("On a page"), page), "lblPage", 10, 10, 150, 20),
+        place(new QLabel(QStringLiteral("<p><span style=\" font-size:14pt;\">Rich</span> and "
+                                        "<span style=\" font-size:9px;\">small</span></p>"),
+                         form),
+              "lblRich", 10, 190, 180, 40),
+        place(new QTableWidget(3, 2, form), "tblData", 200, 250, 90, 45),
     };
+    auto *rich = static_cast<QLabel *>(targets.at(targets.size() - 2));
+    const QString richText = rich->text();
+    auto *table = static_cast<QTableWidget *>(targets.last());
     for (const QByteArray &c : chunks)
         if (!c.isEmpty())
             targets[quint8(c[0]) % targets.size()]->setStyleSheet(QString::fromUtf8(c.mid(1)));
@@ -112,6 +123,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         designed.append({w, w->geometry(), w->font().pointSizeF()});
     const QSize chrome = root->size() - form->size();
     const QSize formDesign = form->size();
+    const QFont headerFont = table->horizontalHeader()->font();
+    const int rowHeight = table->rowHeight(1), columnWidth = table->columnWidth(1);
 
     for (const QSize &s : {first, second, formDesign}) {
         root->resize(s + chrome);
@@ -125,6 +138,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         FUZZ_CHECK(w->styleSheet() == text, "%s's sheet at the design size is\n%s\nnot its original\n%s",
                    qPrintable(w->objectName()), qPrintable(w->styleSheet()), qPrintable(text));
     }
+    FUZZ_CHECK(rich->text() == richText, "the rich label's text at the design size is\n%s\nnot\n%s",
+               qPrintable(rich->text()), qPrintable(richText));
+    FUZZ_CHECK(table->horizontalHeader()->font().pointSizeF() == headerFont.pointSizeF()
+                   && table->horizontalHeader()->font().pixelSize() == headerFont.pixelSize(),
+               "the header's font is %gpt/%dpx, designed %gpt/%dpx", table->horizontalHeader()->font().pointSizeF(),
+               table->horizontalHeader()->font().pixelSize(), headerFont.pointSizeF(), headerFont.pixelSize());
+    FUZZ_CHECK(table->rowHeight(1) == rowHeight && table->columnWidth(1) == columnWidth,
+               "a row is %d high and a column %d wide, designed %d and %d", table->rowHeight(1),
+               table->columnWidth(1), rowHeight, columnWidth);
     // A tab widget lays its page out under its own tab bar and frame, which
     // follow the sheets (QTabBar rules, scaled padding and borders) only
     // after the pass has measured the page: not followed yet, the page may

@@ -39,6 +39,9 @@ QTemporaryDir &workDir()
 QStringList registerFor(const QString &uiPath, const QStringList &locations)
 {
     QStringList warnings;
+    // A form that is itself a resource came with its resources compiled in.
+    if (uiPath.startsWith(u':') || uiPath.startsWith(QLatin1String("qrc:")))
+        return warnings;
     static QSet<QString> registered;
     const QDir base = QFileInfo(uiPath).absoluteDir();
     for (const QString &location : locations) {
