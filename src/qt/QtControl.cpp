@@ -145,22 +145,30 @@ QtControl::QtControl(std::weak_ptr<QtForm> form, QWidget *widget, QString name)
         m_kind = Kind::Button;
     else if (qobject_cast<QFrame *>(widget))
         m_kind = Kind::Frame;
-    m_designSize = widget ? widget->size() : QSize();
+    // The adapter is made when the layout is captured: what the widget has
+    // now is the design's.
+    takeDesign();
+}
+
+void QtControl::takeDesign()
+{
+    QWidget *widget = m_widget;
+    m_design.reset();
+    m_designSize = sizeOf(widget);
     m_view = ViewInterior::capture(widget, widget ? QtFont::pointSize(widget->font()) : 0.0);
     m_layout = LayoutSpacing::capture(widget);
-    // The adapter is made when the layout is captured: the limits a form
-    // was designed with are the ones the widget has now. The component's own
-    // fixed size is its icon's, not a limit of the design.
+    // The limits a form was designed with are the ones the widget has now.
+    // The component's own fixed size is its icon's, not a limit of the design.
     if (widget && !widget->inherits("VelmoraControl")) {
         const QSize minimum = widget->minimumSize(), maximum = widget->maximumSize();
         if (!minimum.isNull() || maximum != QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))
-            m_design = std::make_unique<Design>(Design{widget->size(), minimum, maximum, true, QSize(), QSize()});
+            m_design = std::make_unique<Design>(Design{sizeOf(widget), minimum, maximum, true, QSize(), QSize()});
         if (const QSize icons = itemIconSize(widget); icons.isValid()) {
             if (!m_design)
-                m_design = std::make_unique<Design>(Design{widget->size(), QSize(), QSize(), false, QSize(), QSize()});
+                m_design = std::make_unique<Design>(Design{sizeOf(widget), QSize(), QSize(), false, QSize(), QSize()});
             m_design->iconSize = icons;
             if (QtForm *form = liveForm(); form && geometryManaged(widget))
-                m_design->formSize = form->widget()->size();
+                m_design->formSize = sizeOf(form->widget());
         }
     }
 }
@@ -176,7 +184,7 @@ void QtControl::scaleIconSize()
     // its own to go by: it follows the form.
     const bool followsForm = d.formSize.isValid() && state().managed && liveForm();
     const QSize design = followsForm ? d.formSize : d.size;
-    const QSize now = followsForm ? liveForm()->widget()->size() : m_widget->size();
+    const QSize now = followsForm ? sizeOf(liveForm()->widget()) : sizeOf(m_widget);
     if (design.width() <= 0 || design.height() <= 0)
         return;
     const double ratio = qMin(double(now.width()) / design.width(), double(now.height()) / design.height());
@@ -209,7 +217,7 @@ void QtControl::place(const QRect &rect)
                         scaledMaximum(l.maximum.height(), placed.height(), l.size.height()));
     // Loosen the limits around both the present and the new size first, so
     // that no limit clamps the move and setting one never resizes by itself.
-    const QSize now = m_widget->size();
+    const QSize now = sizeOf(m_widget);
     if (m_widget->geometry() == rect && m_widget->minimumSize() == minimum && m_widget->maximumSize() == maximum)
         return;
     willWrite();
@@ -230,7 +238,7 @@ QSize QtControl::sizeByContainer(const PassState &st, const QSize &fallback) con
     const auto *c = st.onForm ? nullptr : static_cast<const QtControl *>(container.get());
     if (!c || !c->m_widget || c->m_designSize.isEmpty())
         return fallback;
-    const QSize now = c->m_widget->size();
+    const QSize now = sizeOf(c->m_widget);
     return QSize(qRound(double(m_designSize.width()) * now.width() / c->m_designSize.width()),
                  qRound(double(m_designSize.height()) * now.height() / c->m_designSize.height()));
 }

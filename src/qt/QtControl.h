@@ -121,6 +121,9 @@ private:
     // Icons of items (view rows, toolbar actions, tabs) are drawn from their
     // QIcons at the widget's icon size: scaling that size scales them, sharp.
     void scaleIconSize();
+    // Takes what the widget has now as its design: limits, size, icon size,
+    // item view sections, layout spacing.
+    void takeDesign();
     std::uint64_t m_identity; // one per adapter, and an adapter per widget
     Kind m_kind = Kind::Generic;
     unsigned m_classLacks = 0; // optional members the widget's class does not declare

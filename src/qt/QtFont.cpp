@@ -49,13 +49,13 @@ public:
     explicit WidgetFont(QWidget *widget)
         : m_widget(widget)
     {
-        if (!widget)
+        if (!m_widget)
             return;
-        for (QWidget *part : innerParts(widget))
+        for (QWidget *part : innerParts(m_widget))
             if (part)
                 m_parts.push_back({part, pointSize(part->font())});
-        if (!m_parts.empty() || RichText::follows(widget))
-            m_designPoints = pointSize(widget->font());
+        if (!m_parts.empty() || RichText::follows(m_widget))
+            m_designPoints = pointSize(m_widget->font());
     }
 
 protected:
@@ -72,16 +72,23 @@ protected:
         m_widget->setFont(font);
         // A style sheet's font size wins over setFont: then the sheet says it.
         StyleSheets::followFont(m_widget, font);
-        if (m_designPoints > 0) {
-            const double factor = pointSize(font) / m_designPoints;
-            followParts(factor);
-            // Sizes written inside rich text win over the font too.
-            RichText::followFont(m_widget, factor);
-        }
+        follow(font);
         return true;
     }
+    // The widget has the font already (a sheet gives it): what follows the
+    // font still follows it.
+    void unchanged(const QFont &font) override { follow(font); }
 
 private:
+    void follow(const QFont &font)
+    {
+        if (!(m_designPoints > 0) || !m_widget)
+            return;
+        const double factor = pointSize(font) / m_designPoints;
+        followParts(factor);
+        // Sizes written inside rich text win over the font too.
+        RichText::followFont(m_widget, factor);
+    }
     void followParts(double factor)
     {
         for (const Part &p : m_parts) {
@@ -228,8 +235,10 @@ std::optional<QFont> QtFont::takePending()
     // Equal but inherited is not the same: the owner must hold its size
     // itself, or its container's next font would reach it.
     if (font)
-        if (const auto now = read(); now && *now == *font && (now->resolveMask() & QFont::SizeResolved))
+        if (const auto now = read(); now && *now == *font && (now->resolveMask() & QFont::SizeResolved)) {
+            unchanged(*now);
             font.reset();
+        }
     return font;
 }
 

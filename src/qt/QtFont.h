@@ -41,6 +41,7 @@ public:
     // font set on it already.
     std::optional<QFont> takePending();
     bool applyNow(const QFont &font) { return write(font); }
+
     // The font as it is about to be: the write held back, or the owner's.
     std::optional<QFont> upcoming() const { return current(); }
 
@@ -58,6 +59,8 @@ protected:
     QtFont() = default;
     virtual std::optional<QFont> read() const = 0;
     virtual bool write(const QFont &font) = 0;
+    // A write held back found the owner with that very font already.
+    virtual void unchanged(const QFont &) {}
 
 private:
     std::optional<QFont> current() const { return m_pending ? m_pending : read(); }

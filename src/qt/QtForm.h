@@ -122,6 +122,7 @@ private:
     struct Adapter {
         QPointer<QObject> object;
         HostObjectPtr adapter;
+        bool control = false; // one of the form's controls when last enumerated
         bool alive() const { return !object.isNull(); }
     };
     QHash<QObject *, Adapter> m_adapters;

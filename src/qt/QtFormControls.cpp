@@ -287,8 +287,15 @@ std::vector<HostObjectPtr> QtForm::controls()
     std::vector<QObject *> menus;
     collectMenus(menus);
     result.reserve(widgets.size() + menus.size());
+    // Only the controls are containers: an adapter made for some other
+    // widget (a page whose size a sheet changed, a widget an option names)
+    // must not come between a control and its container.
+    for (auto &a : m_adapters)
+        a.control = false;
     for (QWidget *w : widgets) {
         HostObjectPtr adapter = adapterFor(w);
+        if (auto it = m_adapters.find(w); it != m_adapters.end())
+            it->control = true;
         // Keys must stay unique when the application renames a widget.
         if (auto *ctl = dynamic_cast<QtControl *>(adapter.get()); ctl && ctl->renamed())
             ctl->rekey(uniqueName(w, w->objectName()));
@@ -306,7 +313,7 @@ HostObjectPtr QtForm::containerOf(QWidget *w)
         controls();
     for (QWidget *p = w ? w->parentWidget() : nullptr; p && p != m_form; p = p->parentWidget()) {
         auto it = m_adapters.constFind(p);
-        if (it != m_adapters.cend() && it->alive() && dynamic_cast<QtControl *>(it->adapter.get()))
+        if (it != m_adapters.cend() && it->alive() && it->control && dynamic_cast<QtControl *>(it->adapter.get()))
             return it->adapter;
     }
     return shared_from_this();

@@ -1,5 +1,7 @@
 #include "qt/QtLayoutSpacing.h"
 
+#include "qt/QtUnits.h"
+
 #include <QBoxLayout>
 #include <QFormLayout>
 #include <QGridLayout>
@@ -73,7 +75,7 @@ std::unique_ptr<LayoutSpacing> LayoutSpacing::capture(QWidget *container)
     if (!container || !container->layout() || !holdsDevelopersLayout(container))
         return nullptr;
     auto s = std::unique_ptr<LayoutSpacing>(new LayoutSpacing);
-    s->m_design = container->size();
+    s->m_design = sizeOf(container);
     std::vector<QLayout *> layouts;
     collect(container->layout(), layouts);
     for (QLayout *l : layouts) {

@@ -1,5 +1,9 @@
 #include "qt/QtUnits.h"
 
+#include <QWidget>
+
+#include <algorithm>
+
 #include <QGuiApplication>
 #include <QScreen>
 
@@ -7,6 +11,15 @@
 #include <limits>
 
 namespace velmora::qt {
+
+QSize sizeOf(const QWidget *w)
+{
+    if (!w)
+        return {};
+    const QRect g = w->geometry();
+    const auto side = [](qint64 from, qint64 to) { return int(std::clamp<qint64>(to - from + 1, 0, QWIDGETSIZE_MAX)); };
+    return QSize(side(g.left(), g.right()), side(g.top(), g.bottom()));
+}
 
 double twipsPerPixel(Axis axis)
 {

@@ -2,7 +2,10 @@
 // against the primary screen's logical DPI, and the form scale modes.
 #pragma once
 
+#include <QSize>
 #include <QtGlobal>
+
+class QWidget;
 
 namespace velmora::qt {
 
@@ -18,6 +21,10 @@ enum ScaleModeCode {
     ScaleMillimeters = 6,
     ScaleCentimeters = 7
 };
+
+// A widget's size read wide: a geometry from a file can have its far edge
+// past what an int holds, where QWidget::size() would overflow.
+QSize sizeOf(const QWidget *w);
 
 // 1440 / the primary screen's logical DPI (15 at 96 dpi).
 double twipsPerPixel(Axis axis);

@@ -1,5 +1,7 @@
 #include "qt/QtViewInterior.h"
 
+#include "qt/QtUnits.h"
+
 #include <QHeaderView>
 #include <QListView>
 #include <QTableView>
@@ -38,7 +40,7 @@ std::unique_ptr<ViewInterior> ViewInterior::capture(QWidget *w, double designPoi
         return nullptr;
     auto v = std::unique_ptr<ViewInterior>(new ViewInterior);
     v->m_view = view;
-    v->m_size = view->size();
+    v->m_size = sizeOf(view);
     v->m_points = designPoints;
     const auto take = [&](QHeaderView *h, bool byWidth) {
         if (!h)
@@ -74,7 +76,8 @@ void ViewInterior::follow(double points)
     double byFont = points / m_points;
     if (std::abs(byFont - 1.0) < 1e-6)
         byFont = 1.0; // the design font, read back through a float
-    const double byWidth = view->size() == m_size || m_size.width() <= 0 ? 1.0 : double(view->width()) / m_size.width();
+    const QSize now = sizeOf(view);
+    const double byWidth = now == m_size || m_size.width() <= 0 ? 1.0 : double(now.width()) / m_size.width();
     for (Sections &s : m_sections)
         followSections(s, s.byWidth ? byWidth : byFont);
     if (auto *tree = qobject_cast<QTreeView *>(view); tree && m_indentation >= 0) {
