@@ -98,6 +98,8 @@ private Q_SLOTS:
     void containerAsTheForm();
     void inlineSizesFollowTheFont_data();
     void inlineSizesFollowTheFont();
+    void exemptFontsKeepTheirInlineSizes_data();
+    void exemptFontsKeepTheirInlineSizes();
     void pixelFontsStayInPixels();
     void viewsScaleInside_data();
     void viewsScaleInside();
@@ -292,6 +294,34 @@ void tst_OddForms::inlineSizesFollowTheFont()
     QCOMPARE(inlineSizes(w), QStringList{"10pt"});
     if (qobject_cast<QLabel *>(w))
         QCOMPARE(richTextOf(w), set);
+}
+
+void tst_OddForms::exemptFontsKeepTheirInlineSizes_data()
+{
+    QTest::addColumn<bool>("scaleFonts");
+    QTest::addColumn<bool>("dontScaleFont");
+    QTest::newRow("ScaleFonts off") << false << false;
+    QTest::newRow("the label's DontScaleFont") << true << true;
+}
+
+// Inline sizes follow the font, so where the font stays they stay.
+void tst_OddForms::exemptFontsKeepTheirInlineSizes()
+{
+    QFETCH(bool, scaleFonts);
+    QFETCH(bool, dontScaleFont);
+    auto form = loadForm(QStringLiteral("rich_text.ui"));
+    QVERIFY(form);
+    auto *label = form->findChild<QLabel *>(QStringLiteral("ptLabel"));
+    VelmoraControl *velmora = componentOf(form.get());
+    velmora->setScaleFonts(scaleFonts);
+    if (dontScaleFont)
+        velmora->setOptions(label, VelmoraControl::DontScaleFont);
+    const QString original = label->text();
+    QVERIFY(showReady(form.get()));
+    const QSize design = form->size();
+    QVERIFY(resizeTo(form.get(), design * 2));
+    QCOMPARE(label->width(), 440);
+    QCOMPARE(label->text(), original);
 }
 
 // A font given in pixels scales in pixels and is its design font again at
