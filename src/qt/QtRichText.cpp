@@ -1,5 +1,7 @@
 #include "qt/QtRichText.h"
 
+#include "qt/QtStyleSheets.h"
+
 #include <QHash>
 #include <QLabel>
 #include <QPointer>
@@ -135,21 +137,9 @@ QString scaleSizes(const QString &html, double factor)
         return html;
     static const QRegularExpression size(QStringLiteral("(font-size\\s*:\\s*)(\\d*\\.?\\d+)(pt|px)"),
                                          QRegularExpression::CaseInsensitiveOption);
-    QString out;
-    qsizetype at = 0;
-    auto it = size.globalMatch(html);
-    while (it.hasNext()) {
-        const auto m = it.next();
-        out += html.mid(at, m.capturedStart() - at) + m.captured(1);
-        const double value = m.captured(2).toDouble() * factor;
-        if (m.captured(3).compare(QLatin1String("px"), Qt::CaseInsensitive) == 0)
-            out += QString::number(std::max(1.0, std::round(value)), 'f', 0);
-        else
-            out += QString::number(std::max(0.01, std::round(value * 100) / 100), 'g', 8);
-        out += m.captured(3);
-        at = m.capturedEnd();
-    }
-    return out + html.mid(at);
+    return StyleSheets::replaced(html, size, [&](const QRegularExpressionMatch &m) {
+        return m.captured(1) + StyleSheets::scaledFontSize(m.captured(2).toDouble(), m.captured(3), factor);
+    });
 }
 
 bool follows(const QWidget *widget)

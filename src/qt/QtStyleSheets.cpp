@@ -149,6 +149,30 @@ void compose(QWidget *w, SheetState &s)
 
 } // namespace
 
+QString StyleSheets::replaced(const QString &text, const QRegularExpression &re,
+                             const std::function<QString(const QRegularExpressionMatch &)> &by)
+{
+    QString out;
+    qsizetype at = 0;
+    for (auto it = re.globalMatch(text); it.hasNext();) {
+        const auto m = it.next();
+        out += QStringView(text).mid(at, m.capturedStart() - at);
+        out += by(m);
+        at = m.capturedEnd();
+    }
+    out += QStringView(text).mid(at);
+    return out;
+}
+
+QString StyleSheets::scaledFontSize(double size, const QString &unit, double factor)
+{
+    const double scaled = size * factor;
+    const bool pixels = unit.compare(QLatin1String("px"), Qt::CaseInsensitive) == 0;
+    return (pixels ? QString::number(std::max(1.0, std::round(scaled)), 'f', 0)
+                   : QString::number(std::max(0.01, std::round(scaled * 100) / 100), 'g', 8))
+        + unit;
+}
+
 bool StyleSheets::isClosed(const QString &sheet)
 {
     QChar quote;
@@ -205,42 +229,23 @@ QString StyleSheets::scaleLengths(const QString &sheet, double factor, double fo
                                            QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression fontSize(QStringLiteral("(?<![\\w.-])(\\d*\\.?\\d+)(px|pt)\\b"),
                                              QRegularExpression::CaseInsensitiveOption);
-    // Font sizes: whole pixels (as Qt reads them), points to a hundredth.
     const auto scaledFont = [&](const QString &text) {
         if (fontFactor == 1.0)
             return text;
-        QString out;
-        qsizetype at = 0;
-        auto it = fontSize.globalMatch(text);
-        while (it.hasNext()) {
-            const auto m = it.next();
-            out += text.mid(at, m.capturedStart() - at);
-            const double size = m.captured(1).toDouble() * fontFactor;
-            const bool pixels = m.captured(2).compare(QLatin1String("px"), Qt::CaseInsensitive) == 0;
-            out += pixels ? QString::number(std::max(1.0, std::round(size)), 'f', 0)
-                          : QString::number(std::max(0.01, std::round(size * 100) / 100), 'g', 8);
-            out += m.captured(2);
-            at = m.capturedEnd();
-        }
-        return out + text.mid(at);
+        return replaced(text, fontSize, [&](const QRegularExpressionMatch &m) {
+            return scaledFontSize(m.captured(1).toDouble(), m.captured(2), fontFactor);
+        });
     };
     const auto scaled = [&](const QString &text) {
         if (factor == 1.0)
             return text;
-        QString out;
-        qsizetype at = 0;
-        auto it = length.globalMatch(text);
-        while (it.hasNext()) {
-            const auto m = it.next();
-            out += text.mid(at, m.capturedStart() - at);
+        return replaced(text, length, [&](const QRegularExpressionMatch &m) {
             const double px = m.captured(2).toDouble();
             double n = std::round(px * factor);
             if (px >= 1 && n < 1)
                 n = 1;
-            out += m.captured(1) + QString::number(n, 'f', 0) + QLatin1String("px");
-            at = m.capturedEnd();
-        }
-        return out + text.mid(at);
+            return m.captured(1) + QString::number(n, 'f', 0) + QLatin1String("px");
+        });
     };
 
     // Pieces of the sheet: text that may hold lengths, and what is kept

@@ -21,10 +21,13 @@
 #include <QPointer>
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
 class QFont;
+class QRegularExpression;
+class QRegularExpressionMatch;
 class QWidget;
 
 namespace velmora::qt {
@@ -36,6 +39,13 @@ namespace StyleSheets {
 // (px or pt, in font and font-size) by `fontFactor`; nothing in comments,
 // strings and url(...). Factors of 1 give the text unchanged.
 QString scaleLengths(const QString &sheet, double factor, double fontFactor = 1.0);
+
+// `text` with each match of `re` replaced by what `by` makes of it.
+QString replaced(const QString &text, const QRegularExpression &re,
+                 const std::function<QString(const QRegularExpressionMatch &)> &by);
+// A font size of `unit` ("px" or "pt") times `factor`, as sheets and rich
+// text are written: whole pixels (as Qt reads them), points to a hundredth.
+QString scaledFontSize(double size, const QString &unit, double factor);
 
 // Whether `sheet` is a bare list of declarations (no rule braces), as a
 // widget's own sheet may be.
