@@ -54,8 +54,8 @@ public:
         for (QWidget *part : innerParts(m_widget))
             if (part)
                 m_parts.push_back({part, pointSize(part->font())});
-        if (!m_parts.empty() || RichText::follows(m_widget))
-            m_designPoints = pointSize(m_widget->font());
+        m_designPoints = pointSize(m_widget->font());
+        m_followed = !m_parts.empty() || RichText::follows(m_widget);
     }
 
 protected:
@@ -71,7 +71,7 @@ protected:
             return false;
         m_widget->setFont(font);
         // A style sheet's font size wins over setFont: then the sheet says it.
-        StyleSheets::followFont(m_widget, font);
+        StyleSheets::followFont(m_widget, font, m_designPoints);
         follow(font);
         return true;
     }
@@ -82,7 +82,7 @@ protected:
 private:
     void follow(const QFont &font)
     {
-        if (!(m_designPoints > 0) || !m_widget)
+        if (!m_followed || !(m_designPoints > 0) || !m_widget)
             return;
         const double factor = pointSize(font) / m_designPoints;
         followParts(factor);
@@ -100,7 +100,7 @@ private:
             QFont f = p.widget->font();
             f.setPointSizeF(wanted);
             p.widget->setFont(f);
-            StyleSheets::followFont(p.widget, f);
+            StyleSheets::followFont(p.widget, f, p.designPoints);
         }
     }
 
@@ -111,6 +111,7 @@ private:
     QPointer<QWidget> m_widget;
     std::vector<Part> m_parts;
     double m_designPoints = 0;
+    bool m_followed = false; // parts or rich text follow the font
 };
 
 class FunctionFont : public QtFont {

@@ -334,14 +334,24 @@ QString StyleSheets::scaleLengths(const QString &sheet, double factor, double fo
     return out;
 }
 
-void StyleSheets::followFont(QWidget *widget, const QFont &font)
+void StyleSheets::followFont(QWidget *widget, const QFont &font, double designPoints)
 {
     const double wanted = QtFont::pointSize(font);
+    // A font that scales may take the size the scaled sheets give it when
+    // that is within rounding of the widget's own (the sheet's factor is the
+    // form's, the widget's comes from its placed size): no pin then, and
+    // the sheet's own pseudo-state sizes keep working. One that keeps its
+    // design size keeps it exactly.
+    const bool scales = designPoints > 0 && !samePoints(wanted, designPoints);
+    const auto shows = [&](const QFont &now) {
+        return velmora::qt::shows(now, wanted)
+            || (scales && std::abs(QtFont::pointSize(now) - wanted) <= 0.03 * wanted);
+    };
     // No pinned or scaled sheet in the process: nothing to look up.
     SheetState *s = states().isEmpty() ? nullptr : stateOf(widget, false);
     if (!s || !s->pin) {
         // The common case: the size took.
-        if (shows(widget->font(), wanted))
+        if (shows(widget->font()))
             return;
         if (!s)
             s = stateOf(widget, true);
@@ -350,7 +360,7 @@ void StyleSheets::followFont(QWidget *widget, const QFont &font)
         // What the sheets give without the pin.
         s->pin.reset();
         compose(widget, *s);
-        if (shows(widget->font(), wanted))
+        if (shows(widget->font()))
             return;
         s = stateOf(widget, true);
     }

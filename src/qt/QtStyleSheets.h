@@ -56,7 +56,9 @@ bool isClosed(const QString &sheet);
 
 // After `font` was set on `widget`: pins the size where a style sheet
 // overrode it, lifts the pin once the size is the one the sheet gives.
-void followFont(QWidget *widget, const QFont &font);
+// `designPoints`, the widget's design size where known, lets a scaling
+// font take the scaled sheet's size when it is within rounding.
+void followFont(QWidget *widget, const QFont &font, double designPoints = 0);
 
 // Lifts every pin in `window` (the form is at its design size).
 void dropPins(QWidget *window);

@@ -114,6 +114,7 @@ private Q_SLOTS:
     void tabPagesComeBack();
     void innerPartsFollow_data();
     void innerPartsFollow();
+    void pseudoStateFontsScale();
     void sheetMinimumsComeBack_data();
     void sheetMinimumsComeBack();
     void designSizeGivesTheOriginals_data();
@@ -391,6 +392,29 @@ void tst_StyleSheets::innerPartsFollow()
     QCOMPARE(bar->tabRect(1), designTab);
     QTRY_COMPARE(header->height(), designHeader);
     QCOMPARE(f.form->styleSheet(), formSheet);
+}
+
+// A label in a group box whose sheet sizes its font for a pseudo-state: its
+// ratio differs from the form's by the rounding of the box, and the sheet
+// alone still gives it its font, so that its hover rule stays in force (no
+// rule of Velmora's after it).
+void tst_StyleSheets::pseudoStateFontsScale()
+{
+    StyledForm f;
+    const QString sheet = QStringLiteral("QLabel { font-size: 10pt } QLabel:hover { font-size: 16pt }");
+    f.window.setStyleSheet(sheet);
+    QVERIFY(f.show());
+    for (double factor : {1.37, 2.0, 0.77}) {
+        f.scaleTo(factor);
+        QTRY_COMPARE(f.group->width(), qRound(200 * factor));
+        VERIFY_DRAWS_AT(f.label, 10 * factor);
+        QCOMPARE(f.label->styleSheet(), QString());
+        QVERIFY(!f.label->property(velmora::qt::StyleSheets::PinProperty).isValid());
+    }
+    f.scaleTo(1.0);
+    QTRY_COMPARE(f.label->geometry(), QRect(20, 40, 120, 24));
+    VERIFY_DRAWS_AT(f.label, 10.0);
+    QCOMPARE(f.window.styleSheet(), sheet);
 }
 
 void tst_StyleSheets::formSheetsNeverHoldTheForm()
