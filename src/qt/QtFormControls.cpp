@@ -184,6 +184,11 @@ void QtForm::collectForm(std::vector<QWidget *> &out) const
     }
     case Inside::ToolBoxPages: {
         auto *box = static_cast<QToolBox *>(form);
+        // Its page buttons (its layout places them) show their titles in
+        // the form's font: they follow the form as a tab widget's bar does.
+        for (QObject *child : box->children())
+            if (child->objectName() == QLatin1String("qt_toolbox_toolboxbutton"))
+                out.push_back(static_cast<QWidget *>(child));
         for (int i = 0; i < box->count(); ++i)
             pageAndChildren(box->widget(i));
         // Its other children: not the scroll areas that hold its pages.
