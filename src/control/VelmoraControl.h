@@ -19,11 +19,6 @@
 #include <functional>
 #include <memory>
 
-namespace velmora {
-class ResizeEngine;
-class FormDriver;
-}
-
 class VelmoraControlPrivate;
 
 class VELMORA_EXPORT VelmoraControl : public QWidget {

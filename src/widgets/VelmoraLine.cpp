@@ -24,28 +24,17 @@ QPoint bounded(const QPoint &p)
     return QPoint(std::clamp(p.x(), -Reach, Reach), std::clamp(p.y(), -Reach, Reach));
 }
 
-} // namespace
+// Where the first point lies on one axis relative to the second.
+enum class AxisOrder { Level, FirstLow, FirstHigh };
 
-VelmoraLine::VelmoraLine(QWidget *parent)
-    : QWidget(parent)
-{
-    setAutoFillBackground(false);
-    setPoints(QPoint(0, 0), QPoint(DefaultLength, 0));
-}
-
-int VelmoraLine::margin() const
-{
-    return static_cast<int>(std::ceil(m_borderWidth / 2.0)) + 1;
-}
-
-VelmoraLine::AxisOrder VelmoraLine::orderOf(int first, int second)
+AxisOrder orderOf(int first, int second)
 {
     if (first == second)
         return AxisOrder::Level;
     return first < second ? AxisOrder::FirstLow : AxisOrder::FirstHigh;
 }
 
-int VelmoraLine::coordinate(AxisOrder order, bool first, int low, int high)
+int coordinate(AxisOrder order, bool first, int low, int high)
 {
     // Squeezed below its margins the widget has no room for a direction;
     // the line collapses onto the middle rather than poke outside.
@@ -62,32 +51,75 @@ int VelmoraLine::coordinate(AxisOrder order, bool first, int low, int high)
     return low;
 }
 
-QPoint VelmoraLine::endPoint(bool first) const
+} // namespace
+
+class VelmoraLinePrivate {
+public:
+    QPoint endPoint(const VelmoraLine *q, bool first) const;
+
+    AxisOrder xOrder = AxisOrder::FirstLow;
+    AxisOrder yOrder = AxisOrder::Level;
+    int borderWidth = 1;
+    QColor borderColor;
+    Qt::PenStyle borderStyle = Qt::SolidLine;
+};
+
+VelmoraLine::~VelmoraLine() = default;
+
+int VelmoraLine::borderWidth() const
+{
+    return d->borderWidth;
+}
+
+QColor VelmoraLine::borderColor() const
+{
+    return d->borderColor;
+}
+
+Qt::PenStyle VelmoraLine::borderStyle() const
+{
+    return d->borderStyle;
+}
+
+VelmoraLine::VelmoraLine(QWidget *parent)
+    : QWidget(parent)
+    , d(std::make_unique<VelmoraLinePrivate>())
+{
+    setAutoFillBackground(false);
+    setPoints(QPoint(0, 0), QPoint(DefaultLength, 0));
+}
+
+int VelmoraLine::margin() const
+{
+    return static_cast<int>(std::ceil(d->borderWidth / 2.0)) + 1;
+}
+
+QPoint VelmoraLinePrivate::endPoint(const VelmoraLine *q, bool first) const
 {
     // The points sit on the corners of the geometry minus the margins; after
     // an outside resize that is the proportional place, and a level axis
     // stays level in the middle.
-    const int m = margin();
-    const QRect inner = geometry().adjusted(m, m, -m, -m);
-    return QPoint(coordinate(m_xOrder, first, inner.left(), inner.right()),
-                  coordinate(m_yOrder, first, inner.top(), inner.bottom()));
+    const int m = q->margin();
+    const QRect inner = q->geometry().adjusted(m, m, -m, -m);
+    return QPoint(coordinate(xOrder, first, inner.left(), inner.right()),
+                  coordinate(yOrder, first, inner.top(), inner.bottom()));
 }
 
 QPoint VelmoraLine::p1() const
 {
-    return endPoint(true);
+    return d->endPoint(this, true);
 }
 
 QPoint VelmoraLine::p2() const
 {
-    return endPoint(false);
+    return d->endPoint(this, false);
 }
 
 void VelmoraLine::setPoints(const QPoint &from, const QPoint &to)
 {
     const QPoint p1 = bounded(from), p2 = bounded(to);
-    m_xOrder = orderOf(p1.x(), p2.x());
-    m_yOrder = orderOf(p1.y(), p2.y());
+    d->xOrder = orderOf(p1.x(), p2.x());
+    d->yOrder = orderOf(p1.y(), p2.y());
     const int m = margin();
     const QRect bounds(QPoint(std::min(p1.x(), p2.x()), std::min(p1.y(), p2.y())),
                        QPoint(std::max(p1.x(), p2.x()), std::max(p1.y(), p2.y())));
@@ -121,28 +153,28 @@ void VelmoraLine::setY2(int y)
 void VelmoraLine::setBorderWidth(int width)
 {
     width = std::clamp(width, 1, MaxBorderWidth);
-    if (width == m_borderWidth)
+    if (width == d->borderWidth)
         return;
     // The points must be read with the old margin before it changes.
     const QPoint a = p1();
     const QPoint b = p2();
-    m_borderWidth = width;
+    d->borderWidth = width;
     setPoints(a, b);
 }
 
 void VelmoraLine::setBorderColor(const QColor &color)
 {
-    if (color == m_borderColor)
+    if (color == d->borderColor)
         return;
-    m_borderColor = color;
+    d->borderColor = color;
     update();
 }
 
 void VelmoraLine::setBorderStyle(Qt::PenStyle style)
 {
-    if (style == m_borderStyle)
+    if (style == d->borderStyle)
         return;
-    m_borderStyle = style;
+    d->borderStyle = style;
     update();
 }
 
@@ -156,12 +188,12 @@ void VelmoraLine::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
 
-    const QColor color = m_borderColor.isValid() ? m_borderColor : palette().color(QPalette::WindowText);
-    QPen pen(color, m_borderWidth, m_borderStyle);
+    const QColor color = d->borderColor.isValid() ? d->borderColor : palette().color(QPalette::WindowText);
+    QPen pen(color, d->borderWidth, d->borderStyle);
 
     // An odd pen width is centred on the pixel, not on the grid line between
     // two pixels, or antialiasing would smear a one pixel line over two.
-    const qreal half = (m_borderWidth % 2) ? 0.5 : 0.0;
+    const qreal half = (d->borderWidth % 2) ? 0.5 : 0.0;
     const QPoint a = p1() - pos();
     const QPoint b = p2() - pos();
 

@@ -19,6 +19,10 @@
 #include <QPoint>
 #include <QWidget>
 
+#include <memory>
+
+class VelmoraLinePrivate;
+
 class VELMORA_EXPORT VelmoraLine : public QWidget
 {
     Q_OBJECT
@@ -32,6 +36,7 @@ class VELMORA_EXPORT VelmoraLine : public QWidget
 
 public:
     explicit VelmoraLine(QWidget *parent = nullptr);
+    ~VelmoraLine() override;
 
     QPoint p1() const;
     QPoint p2() const;
@@ -47,14 +52,14 @@ public:
     void setX2(int x);
     void setY2(int y);
 
-    int borderWidth() const { return m_borderWidth; }
+    int borderWidth() const;
     void setBorderWidth(int width);
 
     // An invalid colour means the palette's WindowText colour.
-    QColor borderColor() const { return m_borderColor; }
+    QColor borderColor() const;
     void setBorderColor(const QColor &color);
 
-    Qt::PenStyle borderStyle() const { return m_borderStyle; }
+    Qt::PenStyle borderStyle() const;
     void setBorderStyle(Qt::PenStyle style);
 
     // Space kept around the end points on every side.
@@ -66,16 +71,5 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    // Where the first point lies on one axis relative to the second.
-    enum class AxisOrder { Level, FirstLow, FirstHigh };
-
-    QPoint endPoint(bool first) const;
-    static AxisOrder orderOf(int first, int second);
-    static int coordinate(AxisOrder order, bool first, int low, int high);
-
-    AxisOrder m_xOrder = AxisOrder::FirstLow;
-    AxisOrder m_yOrder = AxisOrder::Level;
-    int m_borderWidth = 1;
-    QColor m_borderColor;
-    Qt::PenStyle m_borderStyle = Qt::SolidLine;
+    std::unique_ptr<VelmoraLinePrivate> d;
 };

@@ -6,49 +6,80 @@
 
 #include <algorithm>
 
+class VelmoraShapePrivate {
+public:
+    VelmoraShape::Shape shape = VelmoraShape::Rectangle;
+    int borderWidth = 1;
+    QColor borderColor;
+    QColor fillColor = QColor(Qt::transparent);
+};
+
 VelmoraShape::VelmoraShape(QWidget *parent)
     : QWidget(parent)
+    , d(std::make_unique<VelmoraShapePrivate>())
 {
     // Only the shape is painted; the corners show the parent through.
     setAutoFillBackground(false);
 }
 
+VelmoraShape::~VelmoraShape() = default;
+
+VelmoraShape::Shape VelmoraShape::shape() const
+{
+    return d->shape;
+}
+
+int VelmoraShape::borderWidth() const
+{
+    return d->borderWidth;
+}
+
+QColor VelmoraShape::borderColor() const
+{
+    return d->borderColor;
+}
+
+QColor VelmoraShape::fillColor() const
+{
+    return d->fillColor;
+}
+
 void VelmoraShape::setShape(Shape shape)
 {
-    if (shape == m_shape)
+    if (shape == d->shape)
         return;
-    m_shape = shape;
+    d->shape = shape;
     update();
 }
 
 void VelmoraShape::setBorderWidth(int width)
 {
     width = std::max(0, width);
-    if (width == m_borderWidth)
+    if (width == d->borderWidth)
         return;
-    m_borderWidth = width;
+    d->borderWidth = width;
     update();
 }
 
 void VelmoraShape::setBorderColor(const QColor &color)
 {
-    if (color == m_borderColor)
+    if (color == d->borderColor)
         return;
-    m_borderColor = color;
+    d->borderColor = color;
     update();
 }
 
 void VelmoraShape::setFillColor(const QColor &color)
 {
-    if (color == m_fillColor)
+    if (color == d->fillColor)
         return;
-    m_fillColor = color;
+    d->fillColor = color;
     update();
 }
 
 bool VelmoraShape::isSquareKind() const
 {
-    return m_shape == Square || m_shape == Circle || m_shape == RoundedSquare;
+    return d->shape == Square || d->shape == Circle || d->shape == RoundedSquare;
 }
 
 QRectF VelmoraShape::shapeRect() const
@@ -60,7 +91,7 @@ QRectF VelmoraShape::shapeRect() const
         square.moveCenter(area.center());
         area = square;
     }
-    const qreal inset = m_borderWidth / 2.0;
+    const qreal inset = d->borderWidth / 2.0;
     return area.adjusted(inset, inset, -inset, -inset);
 }
 
@@ -78,9 +109,9 @@ void VelmoraShape::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
 
-    if (m_borderWidth > 0) {
-        const QColor color = m_borderColor.isValid() ? m_borderColor : palette().color(QPalette::WindowText);
-        QPen pen(color, m_borderWidth);
+    if (d->borderWidth > 0) {
+        const QColor color = d->borderColor.isValid() ? d->borderColor : palette().color(QPalette::WindowText);
+        QPen pen(color, d->borderWidth);
         // A mitred right angle ends exactly on the widget's corner, so a
         // rectangle keeps sharp outer corners without leaving the widget.
         pen.setJoinStyle(Qt::MiterJoin);
@@ -89,9 +120,9 @@ void VelmoraShape::paintEvent(QPaintEvent *)
         painter.setPen(Qt::NoPen);
     }
     // An invalid fill counts as no fill, like a transparent one.
-    painter.setBrush(m_fillColor.isValid() && m_fillColor.alpha() > 0 ? QBrush(m_fillColor) : QBrush(Qt::NoBrush));
+    painter.setBrush(d->fillColor.isValid() && d->fillColor.alpha() > 0 ? QBrush(d->fillColor) : QBrush(Qt::NoBrush));
 
-    switch (m_shape) {
+    switch (d->shape) {
     case Rectangle:
     case Square:
         painter.drawRect(area);
@@ -104,8 +135,8 @@ void VelmoraShape::paintEvent(QPaintEvent *)
     case RoundedSquare: {
         // The radius follows the shape's own proportions, not the pen, so a
         // thicker outline does not change how round the corners look.
-        const QRectF outer = area.adjusted(-m_borderWidth / 2.0, -m_borderWidth / 2.0,
-                                           m_borderWidth / 2.0, m_borderWidth / 2.0);
+        const QRectF outer = area.adjusted(-d->borderWidth / 2.0, -d->borderWidth / 2.0,
+                                           d->borderWidth / 2.0, d->borderWidth / 2.0);
         const qreal radius = std::min(outer.width(), outer.height()) / 6.0;
         painter.drawRoundedRect(area, radius, radius);
         break;

@@ -12,6 +12,10 @@
 #include <QRectF>
 #include <QWidget>
 
+#include <memory>
+
+class VelmoraShapePrivate;
+
 class VELMORA_EXPORT VelmoraShape : public QWidget
 {
     Q_OBJECT
@@ -25,20 +29,21 @@ public:
     Q_ENUM(Shape)
 
     explicit VelmoraShape(QWidget *parent = nullptr);
+    ~VelmoraShape() override;
 
-    Shape shape() const { return m_shape; }
+    Shape shape() const;
     void setShape(Shape shape);
 
     // 0 draws no outline at all.
-    int borderWidth() const { return m_borderWidth; }
+    int borderWidth() const;
     void setBorderWidth(int width);
 
     // An invalid colour means the palette's WindowText colour.
-    QColor borderColor() const { return m_borderColor; }
+    QColor borderColor() const;
     void setBorderColor(const QColor &color);
 
     // Fully transparent (the default) leaves whatever is behind visible.
-    QColor fillColor() const { return m_fillColor; }
+    QColor fillColor() const;
     void setFillColor(const QColor &color);
 
     // The rectangle the outline is stroked along, in widget coordinates:
@@ -54,8 +59,5 @@ protected:
 private:
     bool isSquareKind() const;
 
-    Shape m_shape = Rectangle;
-    int m_borderWidth = 1;
-    QColor m_borderColor;
-    QColor m_fillColor = QColor(Qt::transparent);
+    std::unique_ptr<VelmoraShapePrivate> d;
 };
