@@ -1,6 +1,7 @@
 // Placement of one control for the form's present size, honouring its edge
 // locks, and the scaling of its fonts.
 #include "engine/ResizeEngine.h"
+#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
 #include "layout/HostAccess.h"
@@ -14,7 +15,7 @@ namespace {
 // A tab control keeps the controls of its hidden pages this far to the left.
 constexpr float OffPageOffset = 75000.0f;
 
-const char *const FontNames[] = {"Font", "DayFont", "GridFont", "TitleFont", "HeadFont"};
+const char *const FontNames[] = {member::Font, member::DayFont, member::GridFont, member::TitleFont, member::HeadFont};
 
 // Single-precision division that fails, as the host's does, on a zero divisor.
 std::optional<float> divide(float a, float b)
@@ -75,14 +76,14 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
     // From here on every statement stands alone: what fails is skipped.
     Geometry g, d;
     bool offPage = false;
-    const auto left = getSingle(ctrl, "Left");
-    const auto top = getSingle(ctrl, "Top");
-    const auto width = getSingle(ctrl, "Width");
-    const auto height = getSingle(ctrl, "Height");
+    const auto left = getSingle(ctrl, member::Left);
+    const auto top = getSingle(ctrl, member::Top);
+    const auto width = getSingle(ctrl, member::Width);
+    const auto height = getSingle(ctrl, member::Height);
 
     if (rec.SpecialControlType == SctLine) {
-        const auto x1 = getSingle(ctrl, "X1"), x2 = getSingle(ctrl, "X2");
-        const auto y1 = getSingle(ctrl, "Y1"), y2 = getSingle(ctrl, "Y2");
+        const auto x1 = getSingle(ctrl, member::X1), x2 = getSingle(ctrl, member::X2);
+        const auto y1 = getSingle(ctrl, member::Y1), y2 = getSingle(ctrl, member::Y2);
         if (x1 && x2)
             lineSpan(*x1, *x2, g.L, g.W);
         if (y1 && y2)
@@ -110,7 +111,7 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
     // Shrink the fonts first so that a control whose height follows its font
     // can take any height in the move; the real sizes are set at the end.
     for (const char *font : FontNames)
-        setSub(ctrl, font, "Size", 0.01);
+        setSub(ctrl, font, member::Size, 0.01);
 
     // A control the application moved or sized since the last pass keeps its
     // new place as its design place, divided back to design scale.
@@ -147,9 +148,9 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
         ch = CurScaleHeight / m_twipsPerUnitY;
         capW = rec.FormWidth / m_twipsPerUnitX;
         capH = rec.FormHeight / m_twipsPerUnitY;
-    } else if (auto c = getObject(ctrl, "Container"); c && *c) {
-        const auto cWidth = getSingle(**c, "Width");
-        const auto cHeight = getSingle(**c, "Height");
+    } else if (auto c = getObject(ctrl, member::Container); c && *c) {
+        const auto cWidth = getSingle(**c, member::Width);
+        const auto cHeight = getSingle(**c, member::Height);
         const bool onForm = containerIsKind(**c, HostKind::Form);
         const float fx = onForm ? m_twipsPerUnitX : 1.0f, fy = onForm ? m_twipsPerUnitY : 1.0f;
         capW = rec.FormWidth * fx;
@@ -173,13 +174,13 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
 
     if (rec.SpecialControlType == SctLine) {
         // A line keeps the direction it was drawn in.
-        const char *nearX = rec.X1 < rec.X2 ? "X1" : "X2";
-        const char *farX = rec.X1 < rec.X2 ? "X2" : "X1";
+        const char *nearX = rec.X1 < rec.X2 ? member::X1 : member::X2;
+        const char *farX = rec.X1 < rec.X2 ? member::X2 : member::X1;
         trySet(ctrl, nearX, g.L);
         if (auto back = getSingle(ctrl, nearX))
             trySet(ctrl, farX, *back + g.W);
-        const char *nearY = rec.Y1 < rec.Y2 ? "Y1" : "Y2";
-        const char *farY = rec.Y1 < rec.Y2 ? "Y2" : "Y1";
+        const char *nearY = rec.Y1 < rec.Y2 ? member::Y1 : member::Y2;
+        const char *farY = rec.Y1 < rec.Y2 ? member::Y2 : member::Y1;
         trySet(ctrl, nearY, g.T);
         if (auto back = getSingle(ctrl, nearY))
             trySet(ctrl, farY, *back + g.H);
@@ -192,11 +193,11 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
         m_moveArgs[1] = g.T;
         m_moveArgs[2] = g.W;
         m_moveArgs[3] = g.H;
-        if (!ctrl.call("Move", m_moveArgs)) {
-            trySet(ctrl, "Left", offPage ? Value(static_cast<double>(placedLeft)) : Value(placedLeft));
-            trySet(ctrl, "Top", g.T);
-            trySet(ctrl, "Width", g.W);
-            trySet(ctrl, "Height", g.H);
+        if (!ctrl.call(member::Move, m_moveArgs)) {
+            trySet(ctrl, member::Left, offPage ? Value(static_cast<double>(placedLeft)) : Value(placedLeft));
+            trySet(ctrl, member::Top, g.T);
+            trySet(ctrl, member::Width, g.W);
+            trySet(ctrl, member::Height, g.H);
         }
     }
 
@@ -219,7 +220,7 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
     const float sizes[] = {rec.FontSize, rec.DayFontSize, rec.GridFontSize, rec.TitleFontSize,
                            rec.HeadFontSize};
     for (int i = 0; i < 5; ++i)
-        setSub(ctrl, FontNames[i], "Size", scaleFonts ? sizes[i] * FontFactor : sizes[i]);
+        setSub(ctrl, FontNames[i], member::Size, scaleFonts ? sizes[i] * FontFactor : sizes[i]);
 }
 
 } // namespace velmora

@@ -1,4 +1,5 @@
 #include "engine/PictureScaler.h"
+#include "layout/MemberNames.h"
 
 #include "layout/HostAccess.h"
 
@@ -13,7 +14,7 @@ bool pictureHasWidth(const HostObjectPtr &pic)
 {
     if (!pic)
         return false;
-    auto w = getSingle(*pic, "Width");
+    auto w = getSingle(*pic, member::Width);
     return w && *w > 0;
 }
 
@@ -33,17 +34,17 @@ std::optional<int> toWholeNumber(float v)
 
 bool PictureScaler::clearBoxes()
 {
-    return trySet(box(PictureBoxId::SizerSource), "Picture", Value())
-        && trySet(box(PictureBoxId::SizerCanvas), "Picture", Value());
+    return trySet(box(PictureBoxId::SizerSource), member::Picture, Value())
+        && trySet(box(PictureBoxId::SizerCanvas), member::Picture, Value());
 }
 
 HostObjectPtr PictureScaler::resultOfCanvas()
 {
     HostObject &canvas = box(PictureBoxId::SizerCanvas);
-    auto image = canvas.get("Image");
-    if (!image || !canvas.set("Picture", *image))
+    auto image = canvas.get(member::Image);
+    if (!image || !canvas.set(member::Picture, *image))
         return nullptr;
-    auto pic = getObject(canvas, "Picture");
+    auto pic = getObject(canvas, member::Picture);
     return pic ? *pic : nullptr;
 }
 
@@ -56,18 +57,18 @@ HostObjectPtr PictureScaler::stretch(const HostObjectPtr &pic, const std::functi
     // A scaled picture has no background of its own; centring and tiling
     // leave the form's colour on the canvas they share. A host without the
     // notion keeps its canvas as it is.
-    canvas.set("BackColor", Value());
-    if (!trySet(source, "Picture", Value(pic)))
+    canvas.set(member::BackColor, Value());
+    if (!trySet(source, member::Picture, Value(pic)))
         return nullptr;
-    const auto w = getSingle(source, "Width");
-    const auto h = getSingle(source, "Height");
+    const auto w = getSingle(source, member::Width);
+    const auto h = getSingle(source, member::Height);
     if (!w || !h)
         return nullptr;
     const Extent e = extent(*w, *h);
-    if (!trySet(canvas, "Width", e.width) || !trySet(canvas, "Height", e.height))
+    if (!trySet(canvas, member::Width, e.width) || !trySet(canvas, member::Height, e.height))
         return nullptr;
-    auto srcPic = source.get("Picture");
-    if (!srcPic || !canvas.call("PaintPicture", {*srcPic, 0.0f, 0.0f, e.width, e.height}))
+    auto srcPic = source.get(member::Picture);
+    if (!srcPic || !canvas.call(member::PaintPicture, {*srcPic, 0.0f, 0.0f, e.width, e.height}))
         return nullptr;
     return resultOfCanvas();
 }
@@ -90,14 +91,14 @@ std::optional<PictureScaler::Placement> PictureScaler::prepareContainerCanvas(Ho
     // The container's inner size in twips; one without a scale mode keeps
     // its raw size.
     Placement p;
-    if (auto v = getSingle(container, "ScaleWidth"))
+    if (auto v = getSingle(container, member::ScaleWidth))
         p.w = *v;
-    if (auto v = getSingle(container, "ScaleHeight"))
+    if (auto v = getSingle(container, member::ScaleHeight))
         p.h = *v;
-    if (auto mode = container.get("ScaleMode")) {
-        if (auto r = container.call("ScaleX", {Value(p.w), *mode, 1}); r && r->toSingle())
+    if (auto mode = container.get(member::ScaleMode)) {
+        if (auto r = container.call(member::ScaleX, {Value(p.w), *mode, 1}); r && r->toSingle())
             p.w = *r->toSingle();
-        if (auto r = container.call("ScaleY", {Value(p.h), *mode, 1}); r && r->toSingle())
+        if (auto r = container.call(member::ScaleY, {Value(p.h), *mode, 1}); r && r->toSingle())
             p.h = *r->toSingle();
     }
 
@@ -105,12 +106,12 @@ std::optional<PictureScaler::Placement> PictureScaler::prepareContainerCanvas(Ho
         return std::nullopt;
     HostObject &source = box(PictureBoxId::SizerSource);
     HostObject &canvas = box(PictureBoxId::SizerCanvas);
-    auto back = container.get("BackColor");
-    if (!back || !canvas.set("BackColor", *back) || !trySet(source, "Picture", Value(pic))
-        || !trySet(canvas, "Width", p.w) || !trySet(canvas, "Height", p.h))
+    auto back = container.get(member::BackColor);
+    if (!back || !canvas.set(member::BackColor, *back) || !trySet(source, member::Picture, Value(pic))
+        || !trySet(canvas, member::Width, p.w) || !trySet(canvas, member::Height, p.h))
         return std::nullopt;
-    const auto pw = getSingle(source, "Width");
-    const auto ph = getSingle(source, "Height");
+    const auto pw = getSingle(source, member::Width);
+    const auto ph = getSingle(source, member::Height);
     if (!pw || !ph)
         return std::nullopt;
     p.pw = *pw;
@@ -130,7 +131,7 @@ HostObjectPtr PictureScaler::CenterPicture(HostObject &container, const HostObje
         x = p->w / 2 - p->pw / 2;
     if (p->h > p->ph)
         y = p->h / 2 - p->ph / 2;
-    if (!box(PictureBoxId::SizerCanvas).call("PaintPicture", {Value(pic), x, y}))
+    if (!box(PictureBoxId::SizerCanvas).call(member::PaintPicture, {Value(pic), x, y}))
         return nullptr;
     return resultOfCanvas();
 }
@@ -144,14 +145,14 @@ HostObjectPtr PictureScaler::TilePicture(HostObject &container, const HostObject
     // Tiling starts one unit in from the corner in both directions.
     for (float y = 1; y <= p->h; y += p->ph)
         for (float x = 1; x <= p->w; x += p->pw)
-            if (!canvas.call("PaintPicture", {Value(pic), x, y}))
+            if (!canvas.call(member::PaintPicture, {Value(pic), x, y}))
                 return nullptr;
     return resultOfCanvas();
 }
 
 void PictureScaler::ApplyFormPicture(HostObject &form, int mode, float width, float height, bool gradientFill)
 {
-    auto current = getObject(box(PictureBoxId::FormPic), "Picture");
+    auto current = getObject(box(PictureBoxId::FormPic), member::Picture);
     if (!current || !pictureHasWidth(*current) || gradientFill)
         return;
     const HostObjectPtr formPic = *current;
@@ -160,14 +161,14 @@ void PictureScaler::ApplyFormPicture(HostObject &form, int mode, float width, fl
         const auto w = toWholeNumber(width);
         const auto h = toWholeNumber(height);
         if (w && h)
-            form.set("Picture", Value(SizePicture(formPic, *w, *h)));
+            form.set(member::Picture, Value(SizePicture(formPic, *w, *h)));
         break;
     }
     case FpCenter:
-        form.set("Picture", Value(CenterPicture(form, formPic)));
+        form.set(member::Picture, Value(CenterPicture(form, formPic)));
         break;
     case FpTile:
-        form.set("Picture", Value(TilePicture(form, formPic)));
+        form.set(member::Picture, Value(TilePicture(form, formPic)));
         break;
     default:
         break;

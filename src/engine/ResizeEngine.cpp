@@ -1,4 +1,5 @@
 #include "engine/ResizeEngine.h"
+#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
 
@@ -15,7 +16,7 @@ std::optional<float> toTwips(HostObject &form, const char *method, float value)
 {
     if (form.isKind(HostKind::MDIForm))
         return value;
-    auto mode = form.get("ScaleMode");
+    auto mode = form.get(member::ScaleMode);
     if (!mode)
         return std::nullopt;
     auto r = form.call(method, {value, *mode, TwipUnit});
@@ -42,12 +43,12 @@ void ResizeEngine::SaveControlFlags(HostObject *ctrl)
 
 std::optional<float> ResizeEngine::twipsWidth(HostObject &form, float value)
 {
-    return toTwips(form, "ScaleX", value);
+    return toTwips(form, member::ScaleX, value);
 }
 
 std::optional<float> ResizeEngine::twipsHeight(HostObject &form, float value)
 {
-    return toTwips(form, "ScaleY", value);
+    return toTwips(form, member::ScaleY, value);
 }
 
 void ResizeEngine::raiseDone()
@@ -64,13 +65,13 @@ void ResizeEngine::takeCurrentGeometry(HostObject &ctrl)
 
 void storeLastGeometry(HostObject &ctrl, ControlClass &rec)
 {
-    if (auto v = getSingle(ctrl, "Left"))
+    if (auto v = getSingle(ctrl, member::Left))
         rec.LastLeft = *v;
-    if (auto v = getSingle(ctrl, "Top"))
+    if (auto v = getSingle(ctrl, member::Top))
         rec.LastTop = *v;
-    if (auto v = getSingle(ctrl, "Width"))
+    if (auto v = getSingle(ctrl, member::Width))
         rec.LastWidth = *v;
-    if (auto v = getSingle(ctrl, "Height"))
+    if (auto v = getSingle(ctrl, member::Height))
         rec.LastHeight = *v;
 }
 

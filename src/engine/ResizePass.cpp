@@ -1,6 +1,7 @@
 // The resize pass: capture on the first call, then three walks over the
 // form's controls for every new form size.
 #include "engine/ResizeEngine.h"
+#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
 #include "layout/HostAccess.h"
@@ -15,7 +16,7 @@ namespace {
 
 bool isMenu(HostObject &c)
 {
-    return c.typeName() == "Menu";
+    return c.typeName() == hostType::Menu;
 }
 
 std::optional<double> ratio(std::optional<float> now, float atCapture)
@@ -44,14 +45,14 @@ void ResizeEngine::ResizeControls(HostForm &form)
 {
     if (!Initialised) {
         Initialised = true;
-        auto pic = form.get("Picture");
-        if (!pic || !m_host.pictureBox(PictureBoxId::FormPic).set("Picture", *pic))
+        auto pic = form.get(member::Picture);
+        if (!pic || !m_host.pictureBox(PictureBoxId::FormPic).set(member::Picture, *pic))
             return raiseDone();
         if (RefScaleWidth == 0) {
             std::optional<float> w, h;
             if (form.isKind(HostKind::MDIForm)) {
-                w = getSingle(form, "ScaleWidth");
-                h = getSingle(form, "ScaleHeight");
+                w = getSingle(form, member::ScaleWidth);
+                h = getSingle(form, member::ScaleHeight);
             } else {
                 w = twipsWidth(form, DesignFormScaleWidth);
                 h = twipsHeight(form, DesignFormScaleHeight);
@@ -70,8 +71,8 @@ void ResizeEngine::ResizeControls(HostForm &form)
     if (StopRequested)
         return;
 
-    const auto scaleWidth = getSingle(form, "ScaleWidth");
-    const auto scaleHeight = getSingle(form, "ScaleHeight");
+    const auto scaleWidth = getSingle(form, member::ScaleWidth);
+    const auto scaleHeight = getSingle(form, member::ScaleHeight);
     if (!scaleWidth || !scaleHeight)
         return raiseDone();
     const auto curW = twipsWidth(form, *scaleWidth);
@@ -164,18 +165,18 @@ void ResizeEngine::ResizeControls(HostForm &form)
         if (StopRequested)
             return;
         if (!e.rec || !e.flags) {
-            e.ctrl->call("Refresh", {});
+            e.ctrl->call(member::Refresh, {});
             continue;
         }
         if (!placeControl(*e.ctrl, *e.rec, *e.flags))
             return raiseDone();
         if (ScaleBorders && !e.flags->DontScaleBorder)
-            trySet(*e.ctrl, "BorderWidth", e.rec->BorderWidth * FontFactor);
+            trySet(*e.ctrl, member::BorderWidth, e.rec->BorderWidth * FontFactor);
         if (e.rec->ControlHasButtons)
             scaleToolbarButtons(*e.ctrl, *e.rec, *e.flags);
         if (!ScaleGraphics)
             storeLastGeometry(*e.ctrl, *e.rec);
-        e.ctrl->call("Refresh", {});
+        e.ctrl->call(member::Refresh, {});
     }
 
     m_lastPassCollapsed = collapsed;
@@ -189,10 +190,10 @@ void ResizeEngine::ResizeControls(HostForm &form)
     drawFormPicture(form);
 
     // The new reference; a minimised form (size 0) keeps the old one.
-    if (auto w = getSingle(form, "ScaleWidth"); w && *w > 0)
+    if (auto w = getSingle(form, member::ScaleWidth); w && *w > 0)
         if (auto t = twipsWidth(form, *w))
             RefScaleWidth = *t;
-    if (auto h = getSingle(form, "ScaleHeight"); h && *h > 0)
+    if (auto h = getSingle(form, member::ScaleHeight); h && *h > 0)
         if (auto t = twipsHeight(form, *h))
             RefScaleHeight = *t;
 
@@ -218,7 +219,7 @@ bool ResizeEngine::placeControl(HostObject &ctrl, ControlClass &rec, ControlFlag
             HostError failure;
             if (!rebuildImageList(ctrl, rec, failure)) {
                 if (events.error) {
-                    const std::string name = getText(ctrl, "Name").value_or(std::string());
+                    const std::string name = getText(ctrl, member::Name).value_or(std::string());
                     events.error(name
                                      + " has a one or more controls bound to it that is not supported by QxVelmora"
                                        "\r\n See QxVelmora Help File for more information\r\n",
@@ -239,23 +240,23 @@ bool ResizeEngine::placeControl(HostObject &ctrl, ControlClass &rec, ControlFlag
 
 void ResizeEngine::placeTabControl(HostObject &ctrl, ControlClass &rec, ControlFlags &flags)
 {
-    trySet(ctrl, "TabMaxWidth", 0);
+    trySet(ctrl, member::TabMaxWidth, 0);
     AdjustPosition(ctrl, rec, flags);
-    const auto width = getSingle(ctrl, "Width");
-    const auto height = getSingle(ctrl, "Height");
-    const auto orientation = getLong(ctrl, "TabOrientation");
+    const auto width = getSingle(ctrl, member::Width);
+    const auto height = getSingle(ctrl, member::Height);
+    const auto orientation = getLong(ctrl, member::TabOrientation);
     if (!orientation || *orientation < 2) { // tabs on top or bottom
         if (!flags.DontScaleWidth) {
-            const auto perRow = getSingle(ctrl, "TabsPerRow");
+            const auto perRow = getSingle(ctrl, member::TabsPerRow);
             if (width && perRow && *perRow != 0)
-                trySet(ctrl, "TabMaxWidth", static_cast<int>(std::floor(*width / *perRow)));
+                trySet(ctrl, member::TabMaxWidth, static_cast<int>(std::floor(*width / *perRow)));
         }
         if (!flags.DontScaleHeight)
             if (auto r = ratio(height, rec.Height))
-                trySet(ctrl, "TabHeight", rec.TabHeight * *r);
+                trySet(ctrl, member::TabHeight, rec.TabHeight * *r);
     } else if (!flags.DontScaleWidth) {
         if (auto r = ratio(width, rec.Width))
-            trySet(ctrl, "TabHeight", rec.TabHeight * *r);
+            trySet(ctrl, member::TabHeight, rec.TabHeight * *r);
     }
 
     if (!ScaleGraphics || flags.DontScaleGraphic || !width || !height)
@@ -266,10 +267,10 @@ void ResizeEngine::placeTabControl(HostObject &ctrl, ControlClass &rec, ControlF
     const auto yr = ratio(height, rec.Height);
     if (!xr || !yr)
         return;
-    const int tabs = static_cast<int>(getLong(ctrl, "Tabs").value_or(0));
+    const int tabs = static_cast<int>(getLong(ctrl, member::Tabs).value_or(0));
     for (int i = 0; i < tabs; ++i) {
         try {
-            ctrl.setAt("TabPicture", i, Value(m_pictures.ScalePicture(rec.TabPicture(i), *xr, *yr)));
+            ctrl.setAt(member::TabPicture, i, Value(m_pictures.ScalePicture(rec.TabPicture(i), *xr, *yr)));
         } catch (const std::out_of_range &) {
             // A tab added since the capture has no design picture.
         }
@@ -280,8 +281,8 @@ void ResizeEngine::scaleControlPictures(HostObject &ctrl, ControlClass &rec, Con
 {
     if (!ScaleGraphics || flags.DontScaleGraphic)
         return;
-    const auto width = getSingle(ctrl, "Width");
-    const auto height = getSingle(ctrl, "Height");
+    const auto width = getSingle(ctrl, member::Width);
+    const auto height = getSingle(ctrl, member::Height);
     if (!width || !height || (rec.LastWidth == *width && rec.LastHeight == *height))
         return;
     // Always from the captured pictures, so repeated passes never degrade them.
@@ -299,7 +300,7 @@ void ResizeEngine::scaleControlPictures(HostObject &ctrl, ControlClass &rec, Con
     const auto scaled = [&](const HostObjectPtr &pic) {
         double x = *xr, y = *yr;
         if (pic) {
-            const auto pw = getSingle(*pic, "Width"), ph = getSingle(*pic, "Height");
+            const auto pw = getSingle(*pic, member::Width), ph = getSingle(*pic, member::Height);
             if (pw && *pw > 0 && *pw * x > std::max(showW, double(*pw))) {
                 x = std::max(showW, double(*pw)) / *pw;
                 pictureBounded();
@@ -311,9 +312,9 @@ void ResizeEngine::scaleControlPictures(HostObject &ctrl, ControlClass &rec, Con
         }
         return Value(m_pictures.ScalePicture(pic, x, y));
     };
-    ctrl.set("Picture", scaled(rec.Picture));
-    ctrl.set("DownPicture", scaled(rec.DownPicture));
-    ctrl.set("DisabledPicture", scaled(rec.DisabledPicture));
+    ctrl.set(member::Picture, scaled(rec.Picture));
+    ctrl.set(member::DownPicture, scaled(rec.DownPicture));
+    ctrl.set(member::DisabledPicture, scaled(rec.DisabledPicture));
 }
 
 void ResizeEngine::pictureBounded()

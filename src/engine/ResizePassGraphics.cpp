@@ -1,6 +1,7 @@
 // The graphics side of the resize pass: image lists taken off and rebuilt at
 // the new size, toolbar buttons, and the form picture.
 #include "engine/ResizeEngine.h"
+#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
 #include "layout/HostAccess.h"
@@ -29,9 +30,9 @@ void forEachItem(HostObject &ctrl, const char *collection, Fn fn)
     auto coll = getObject(ctrl, collection);
     if (!coll || !*coll)
         return;
-    const int n = static_cast<int>(getLong(**coll, "Count").value_or(0));
+    const int n = static_cast<int>(getLong(**coll, member::Count).value_or(0));
     for (int i = 1; i <= n; ++i)
-        if (auto item = getObjectAt(**coll, "Item", i); item && *item)
+        if (auto item = getObjectAt(**coll, member::Item, i); item && *item)
             fn(i, **item);
 }
 
@@ -72,31 +73,31 @@ bool ResizeEngine::rebuildWanted(const ControlClass &rec) const
 void ResizeEngine::detachImageLists(HostObject &ctrl, ControlClass &rec)
 {
     if (rec.ControlHasImageList)
-        if (auto list = getObject(ctrl, "ImageList"))
+        if (auto list = getObject(ctrl, member::ImageList))
             rec.setImageList(*list);
     if (rec.ControlHasTwoImageLists) {
-        if (auto list = getObject(ctrl, "Icons"))
+        if (auto list = getObject(ctrl, member::Icons))
             rec.setIconsImageList(*list);
-        if (auto list = getObject(ctrl, "SmallIcons"))
+        if (auto list = getObject(ctrl, member::SmallIcons))
             rec.setSmallIconsImageList(*list);
     }
     if (!rebuildWanted(rec))
         return;
 
     if (rec.ControlHasTabs)
-        rememberItems(ctrl, "Tabs", "Image", [&](int i, const Value &v) { rec.setTabImage(i, v); });
+        rememberItems(ctrl, member::Tabs, member::Image, [&](int i, const Value &v) { rec.setTabImage(i, v); });
     if (rec.ControlHasButtons)
-        rememberItems(ctrl, "Buttons", "Image", [&](int i, const Value &v) { rec.setButtonImage(i, v); });
+        rememberItems(ctrl, member::Buttons, member::Image, [&](int i, const Value &v) { rec.setButtonImage(i, v); });
     if (rec.ControlHasNodes)
-        rememberItems(ctrl, "Nodes", "Image", [&](int i, const Value &v) { rec.setNodeImage(i, v); });
+        rememberItems(ctrl, member::Nodes, member::Image, [&](int i, const Value &v) { rec.setNodeImage(i, v); });
     if (rec.ControlHasImageList)
-        ctrl.set("ImageList", Value());
+        ctrl.set(member::ImageList, Value());
     if (rec.ControlHasTwoImageLists) {
-        rememberItems(ctrl, "ListItems", "Icon", [&](int i, const Value &v) { rec.setIconImage(i, v); });
-        rememberItems(ctrl, "ListItems", "SmallIcon",
+        rememberItems(ctrl, member::ListItems, member::Icon, [&](int i, const Value &v) { rec.setIconImage(i, v); });
+        rememberItems(ctrl, member::ListItems, member::SmallIcon,
                       [&](int i, const Value &v) { rec.setSmallIconImage(i, v); });
-        ctrl.set("Icons", Value());
-        ctrl.set("SmallIcons", Value());
+        ctrl.set(member::Icons, Value());
+        ctrl.set(member::SmallIcons, Value());
     }
 }
 
@@ -104,18 +105,18 @@ void ResizeEngine::reattachImageLists(HostObject &ctrl, ControlClass &rec, Contr
 {
     if (rebuildWanted(rec)) {
         if (rec.ControlHasImageList)
-            ctrl.set("ImageList", Value(rec.ImageList()));
+            ctrl.set(member::ImageList, Value(rec.ImageList()));
         if (rec.ControlHasTabs)
-            restoreItems(ctrl, "Tabs", "Image", [&](int i) { return rec.TabImage(i); });
+            restoreItems(ctrl, member::Tabs, member::Image, [&](int i) { return rec.TabImage(i); });
         if (rec.ControlHasButtons)
-            restoreItems(ctrl, "Buttons", "Image", [&](int i) { return rec.ButtonImage(i); });
+            restoreItems(ctrl, member::Buttons, member::Image, [&](int i) { return rec.ButtonImage(i); });
         if (rec.ControlHasNodes)
-            restoreItems(ctrl, "Nodes", "Image", [&](int i) { return rec.NodeImage(i); });
+            restoreItems(ctrl, member::Nodes, member::Image, [&](int i) { return rec.NodeImage(i); });
         if (rec.ControlHasTwoImageLists) {
-            ctrl.set("Icons", Value(rec.IconsImageList()));
-            ctrl.set("SmallIcons", Value(rec.SmallIconsImageList()));
-            restoreItems(ctrl, "ListItems", "Icon", [&](int i) { return rec.IconImage(i); });
-            restoreItems(ctrl, "ListItems", "SmallIcon", [&](int i) { return rec.SmallIconImage(i); });
+            ctrl.set(member::Icons, Value(rec.IconsImageList()));
+            ctrl.set(member::SmallIcons, Value(rec.SmallIconsImageList()));
+            restoreItems(ctrl, member::ListItems, member::Icon, [&](int i) { return rec.IconImage(i); });
+            restoreItems(ctrl, member::ListItems, member::SmallIcon, [&](int i) { return rec.SmallIconImage(i); });
         }
     }
     if (!flags.DontScaleHeight && rec.ControlHasButtons && rec.FormHeight != 0)
@@ -133,30 +134,30 @@ bool ResizeEngine::rebuildImageList(HostObject &ctrl, ControlClass &rec, HostErr
         failure = e;
         return false;
     };
-    auto images = ctrl.get("ListImages");
+    auto images = ctrl.get(member::ListImages);
     if (!images)
         return failWith(images.error());
     HostObjectPtr list = images->toObject();
     if (!list)
         return fail(HostErrc::NotAnObject, "ListImages is not an object");
-    if (auto r = list->call("Clear", {}); !r)
+    if (auto r = list->call(member::Clear, {}); !r)
         return failWith(r.error());
     if (rec.FormWidth == 0 || rec.FormHeight == 0)
         return fail(HostErrc::Arithmetic, "Division by zero");
-    if (auto r = ctrl.set("ImageWidth", (CurScaleWidth / rec.FormWidth) * rec.ImageListWidth); !r)
+    if (auto r = ctrl.set(member::ImageWidth, (CurScaleWidth / rec.FormWidth) * rec.ImageListWidth); !r)
         return failWith(r.error());
-    if (auto r = ctrl.set("ImageHeight", (CurScaleHeight / rec.FormHeight) * rec.ImageListHeight); !r)
+    if (auto r = ctrl.set(member::ImageHeight, (CurScaleHeight / rec.FormHeight) * rec.ImageListHeight); !r)
         return failWith(r.error());
     for (int i = 1; i <= rec.ImageListCount; ++i) {
         try {
             // Always the captured pictures: repeated passes never degrade them.
-            auto added = list->call("Add", {Value(), rec.ImageListKey(i), Value(rec.ImageListPicture(i))});
+            auto added = list->call(member::Add, {Value(), rec.ImageListKey(i), Value(rec.ImageListPicture(i))});
             if (!added)
                 return failWith(added.error());
-            auto item = getObjectAt(*list, "Item", i);
+            auto item = getObjectAt(*list, member::Item, i);
             if (!item || !*item)
                 return fail(HostErrc::IndexOutOfRange, "Index out of bounds");
-            if (auto r = (*item)->set("Tag", rec.ImageListTag(i)); !r)
+            if (auto r = (*item)->set(member::Tag, rec.ImageListTag(i)); !r)
                 return failWith(r.error());
         } catch (const std::out_of_range &) {
             return fail(HostErrc::IndexOutOfRange, "Subscript out of range");
@@ -168,14 +169,14 @@ bool ResizeEngine::rebuildImageList(HostObject &ctrl, ControlClass &rec, HostErr
 void ResizeEngine::scaleToolbarButtons(HostObject &ctrl, ControlClass &rec, ControlFlags &flags)
 {
     if (!flags.DontScaleWidth)
-        trySet(ctrl, "ButtonWidth", rec.xScale * rec.ButtonWidth);
+        trySet(ctrl, member::ButtonWidth, rec.xScale * rec.ButtonWidth);
     if (flags.DontScaleHeight)
         return;
-    trySet(ctrl, "ButtonHeight", rec.yScale * std::floor(rec.ButtonHeight));
+    trySet(ctrl, member::ButtonHeight, rec.yScale * std::floor(rec.ButtonHeight));
     if (ScaleGraphics || rec.FormHeight == 0)
         return;
-    const auto width = getSingle(ctrl, "Width");
-    const auto height = getSingle(ctrl, "Height");
+    const auto width = getSingle(ctrl, member::Width);
+    const auto height = getSingle(ctrl, member::Height);
     if ((width && rec.LastWidth != *width) || (height && rec.LastHeight != *height))
         fitToolbarHeight(ctrl, rec, CurScaleHeight / rec.FormHeight);
 }
@@ -189,19 +190,19 @@ void ResizeEngine::fitToolbarHeight(HostObject &ctrl, ControlClass &rec, float f
         m_host.processEvents();
         if (StopRequested)
             return;
-        const auto height = getSingle(ctrl, "Height");
+        const auto height = getSingle(ctrl, member::Height);
         if (!height)
             return;
         if (remembered && *height == *remembered)
             return;
         if (!(*height < rec.Height * fh))
             return;
-        const auto buttonHeight = getSingle(ctrl, "ButtonHeight");
+        const auto buttonHeight = getSingle(ctrl, member::ButtonHeight);
         if (!buttonHeight)
             return;
         if (rec.yScale != 0)
             rec.ButtonHeight = *buttonHeight / rec.yScale - 15;
-        trySet(ctrl, "ButtonHeight", *buttonHeight + 8);
+        trySet(ctrl, member::ButtonHeight, *buttonHeight + 8);
         remembered = *height;
     }
 }
@@ -215,21 +216,21 @@ void ResizeEngine::drawFormPicture(HostForm &form)
     const bool sizeChanged = CurScaleWidth != RefScaleWidth || CurScaleHeight != RefScaleHeight;
     if (ScaleGraphics && !GradientFill && (!flags || !flags->DontScaleGraphic) && sizeChanged && rec
         && rec->FormWidth != 0 && rec->FormHeight != 0) {
-        formPic.set("Picture", Value(m_pictures.ScalePicture(rec->Picture, CurScaleWidth / rec->FormWidth,
+        formPic.set(member::Picture, Value(m_pictures.ScalePicture(rec->Picture, CurScaleWidth / rec->FormWidth,
                                                              CurScaleHeight / rec->FormHeight)));
     }
     if (!GradientFill) {
         if (FormPicture < 1) {
-            if (auto pic = formPic.get("Picture"))
-                form.set("Picture", *pic);
+            if (auto pic = formPic.get(member::Picture))
+                form.set(member::Picture, *pic);
         } else {
             m_pictures.ApplyFormPicture(form, FormPicture, CurScaleWidth, CurScaleHeight, GradientFill);
         }
     }
     // An MDI parent's client area repaints only when the form is shown again.
     if (form.isKind(HostKind::MDIForm)) {
-        form.call("Hide", {});
-        form.call("Show", {});
+        form.call(member::Hide, {});
+        form.call(member::Show, {});
     }
 }
 

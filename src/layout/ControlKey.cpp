@@ -1,4 +1,5 @@
 #include "layout/ControlKey.h"
+#include "layout/MemberNames.h"
 
 #include "layout/HostAccess.h"
 
@@ -8,8 +9,8 @@ std::string controlKey(HostObject *ctrl)
 {
     if (!ctrl)
         return {};
-    std::string key = getText(*ctrl, "Name").value_or(std::string());
-    if (auto index = getLong(*ctrl, "Index"); index && *index >= 0)
+    std::string key = getText(*ctrl, member::Name).value_or(std::string());
+    if (auto index = getLong(*ctrl, member::Index); index && *index >= 0)
         key += "(" + std::to_string(*index) + ")";
     return key;
 }

@@ -1,4 +1,5 @@
 #include "layout/HostAccess.h"
+#include "layout/MemberNames.h"
 
 namespace velmora {
 
@@ -76,14 +77,14 @@ bool setSub(HostObject &obj, std::string_view objectName, std::string_view sub, 
 
 std::optional<std::string> containerTypeName(HostObject &obj)
 {
-    if (auto c = subObject(obj, "Container"))
+    if (auto c = subObject(obj, member::Container))
         return c->typeName();
     return std::nullopt;
 }
 
 bool containerIsKind(HostObject &obj, HostKind kind)
 {
-    auto c = subObject(obj, "Container");
+    auto c = subObject(obj, member::Container);
     return c && c->isKind(kind);
 }
 

@@ -2,10 +2,11 @@
 //
 // Each helper is one host statement whose failure is reported as an empty
 // optional or false, so engine code reads as a sequence of independent
-// statements: `if (auto l = getSingle(c, "Left")) rec.Left = *l;`.
+// statements: `if (auto l = getSingle(c, member::Left)) rec.Left = *l;`.
 #pragma once
 
 #include "layout/HostObject.h"
+#include "layout/MemberNames.h"
 
 #include <optional>
 #include <string>

@@ -1,4 +1,5 @@
 #include "layout/LayoutCapture.h"
+#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
 #include "layout/HostAccess.h"
@@ -26,10 +27,10 @@ void readPicture(HostObject &ctrl, const char *name, HostObjectPtr &field)
 
 void readGeometry(HostObject &ctrl, ControlClass &rec)
 {
-    readSingle(ctrl, "Left", rec.Left);
-    readSingle(ctrl, "Top", rec.Top);
-    readSingle(ctrl, "Width", rec.Width);
-    readSingle(ctrl, "Height", rec.Height);
+    readSingle(ctrl, member::Left, rec.Left);
+    readSingle(ctrl, member::Top, rec.Top);
+    readSingle(ctrl, member::Width, rec.Width);
+    readSingle(ctrl, member::Height, rec.Height);
     rec.LastLeft = rec.Left;
     rec.LastTop = rec.Top;
     rec.LastWidth = rec.Width;
@@ -39,9 +40,9 @@ void readGeometry(HostObject &ctrl, ControlClass &rec)
 template <typename SetName>
 void readFont(HostObject &ctrl, const char *font, float &size, SetName setName)
 {
-    if (auto s = getSubSingle(ctrl, font, "Size"))
+    if (auto s = getSubSingle(ctrl, font, member::Size))
         size = *s;
-    if (auto n = getSubText(ctrl, font, "Name"))
+    if (auto n = getSubText(ctrl, font, member::Name))
         setName(std::move(*n));
 }
 
@@ -49,13 +50,13 @@ int kindOf(HostObject &ctrl)
 {
     int kind = SctOrdinary;
     const std::string type = ctrl.typeName();
-    if (type == "SSTab")
+    if (type == hostType::SSTab)
         kind = SctTabControl;
-    if (auto ct = containerTypeName(ctrl); ct && *ct == "SSTab")
+    if (auto ct = containerTypeName(ctrl); ct && *ct == hostType::SSTab)
         kind = SctOnTabPage;
     if (ctrl.isKind(HostKind::Line))
         kind = SctLine;
-    if (type == "ImageList")
+    if (type == hostType::ImageList)
         kind = SctImageList;
     if (isFormKind(ctrl))
         kind = SctForm;
@@ -64,24 +65,24 @@ int kindOf(HostObject &ctrl)
 
 void captureImageList(HostObject &ctrl, ControlClass &rec)
 {
-    auto images = getObject(ctrl, "ListImages");
+    auto images = getObject(ctrl, member::ListImages);
     if (images && *images) {
-        if (auto n = getLong(**images, "Count"))
+        if (auto n = getLong(**images, member::Count))
             rec.ImageListCount = static_cast<int>(*n);
     }
-    readSingle(ctrl, "ImageWidth", rec.ImageListWidth);
-    readSingle(ctrl, "ImageHeight", rec.ImageListHeight);
+    readSingle(ctrl, member::ImageWidth, rec.ImageListWidth);
+    readSingle(ctrl, member::ImageHeight, rec.ImageListHeight);
     if (!images || !*images)
         return;
     for (int i = 1; i <= rec.ImageListCount; ++i) {
-        auto item = getObjectAt(**images, "Item", i);
+        auto item = getObjectAt(**images, member::Item, i);
         if (!item || !*item)
             continue;
-        if (auto p = getObject(**item, "Picture"))
+        if (auto p = getObject(**item, member::Picture))
             rec.setImageListPicture(i, *p);
-        if (auto k = getText(**item, "Key"))
+        if (auto k = getText(**item, member::Key))
             rec.setImageListKey(i, *k);
-        if (auto t = getText(**item, "Tag"))
+        if (auto t = getText(**item, member::Tag))
             rec.setImageListTag(i, *t);
     }
 }
@@ -98,15 +99,15 @@ bool controlIsScaleable(HostObject &ctrl)
                 return false;
         return true;
     };
-    return all({"Left", "Top", "Width", "Height"}) || all({"X1", "X2", "Y1", "Y2"});
+    return all({member::Left, member::Top, member::Width, member::Height}) || all({member::X1, member::X2, member::Y1, member::Y2});
 }
 
 bool graphicIsScaleable(HostObject &ctrl)
 {
-    if (ctrl.typeName() == "ImageList")
+    if (ctrl.typeName() == hostType::ImageList)
         return true;
-    return hasProperty(ctrl, "Picture") || hasProperty(ctrl, "DownPicture")
-        || hasProperty(ctrl, "DisabledPicture");
+    return hasProperty(ctrl, member::Picture) || hasProperty(ctrl, member::DownPicture)
+        || hasProperty(ctrl, member::DisabledPicture);
 }
 
 void saveControlInfo(LayoutStore &store, HostObject &ctrl, float refScaleWidth, float refScaleHeight)
@@ -116,34 +117,34 @@ void saveControlInfo(LayoutStore &store, HostObject &ctrl, float refScaleWidth, 
 
     // The form itself has no readable Container: it is measured by the
     // reference size, like a control sitting directly on it.
-    auto container = getObject(ctrl, "Container");
+    auto container = getObject(ctrl, member::Container);
     if (!container || !*container || isFormKind(**container)) {
         rec.FormWidth = refScaleWidth;
         rec.FormHeight = refScaleHeight;
     } else {
-        readSingle(**container, "Width", rec.FormWidth);
-        readSingle(**container, "Height", rec.FormHeight);
+        readSingle(**container, member::Width, rec.FormWidth);
+        readSingle(**container, member::Height, rec.FormHeight);
     }
 
     rec.SpecialControlType = kindOf(ctrl);
     switch (rec.SpecialControlType) {
     case SctTabControl: {
         readGeometry(ctrl, rec);
-        readSingle(ctrl, "TabHeight", rec.TabHeight);
-        const int tabs = static_cast<int>(getLong(ctrl, "Tabs").value_or(0));
+        readSingle(ctrl, member::TabHeight, rec.TabHeight);
+        const int tabs = static_cast<int>(getLong(ctrl, member::Tabs).value_or(0));
         for (int i = 0; i < tabs; ++i)
-            if (auto p = getObjectAt(ctrl, "TabPicture", i))
+            if (auto p = getObjectAt(ctrl, member::TabPicture, i))
                 rec.setTabPicture(i, *p);
         break;
     }
     case SctForm:
-        readPicture(ctrl, "Picture", rec.Picture);
+        readPicture(ctrl, member::Picture, rec.Picture);
         break;
     case SctLine:
-        readSingle(ctrl, "X1", rec.X1);
-        readSingle(ctrl, "X2", rec.X2);
-        readSingle(ctrl, "Y1", rec.Y1);
-        readSingle(ctrl, "Y2", rec.Y2);
+        readSingle(ctrl, member::X1, rec.X1);
+        readSingle(ctrl, member::X2, rec.X2);
+        readSingle(ctrl, member::Y1, rec.Y1);
+        readSingle(ctrl, member::Y2, rec.Y2);
         break;
     case SctImageList:
         captureImageList(ctrl, rec);
@@ -152,39 +153,39 @@ void saveControlInfo(LayoutStore &store, HostObject &ctrl, float refScaleWidth, 
         break;
     default: // ordinary, and on a tab page
         readGeometry(ctrl, rec);
-        readPicture(ctrl, "Picture", rec.Picture);
-        readPicture(ctrl, "DownPicture", rec.DownPicture);
-        readPicture(ctrl, "DisabledPicture", rec.DisabledPicture);
+        readPicture(ctrl, member::Picture, rec.Picture);
+        readPicture(ctrl, member::DownPicture, rec.DownPicture);
+        readPicture(ctrl, member::DisabledPicture, rec.DisabledPicture);
         break;
     }
 
     // A tab control is scaled through its own code, never as a tab strip; it
     // keeps whatever it had.
-    if (!hasProperty(ctrl, "Tabs"))
+    if (!hasProperty(ctrl, member::Tabs))
         rec.ControlHasTabs = false;
     else if (rec.SpecialControlType != SctTabControl)
         rec.ControlHasTabs = true;
-    rec.ControlHasButtons = hasProperty(ctrl, "Buttons");
-    rec.ControlHasNodes = hasProperty(ctrl, "Nodes");
-    rec.ControlHasImageList = hasProperty(ctrl, "ImageList");
-    rec.ControlHasTwoImageLists = hasProperty(ctrl, "Icons") && hasProperty(ctrl, "SmallIcons");
+    rec.ControlHasButtons = hasProperty(ctrl, member::Buttons);
+    rec.ControlHasNodes = hasProperty(ctrl, member::Nodes);
+    rec.ControlHasImageList = hasProperty(ctrl, member::ImageList);
+    rec.ControlHasTwoImageLists = hasProperty(ctrl, member::Icons) && hasProperty(ctrl, member::SmallIcons);
 
     const std::string type = ctrl.typeName();
-    if (type != "Form" && type != "MDIForm")
+    if (type != hostType::Form && type != hostType::MDIForm)
         rec.ControlIsScaleable = controlIsScaleable(ctrl);
     rec.GraphicIsScaleable = graphicIsScaleable(ctrl);
 
     if (rec.ControlHasButtons) {
-        readSingle(ctrl, "ButtonWidth", rec.ButtonWidth);
-        readSingle(ctrl, "ButtonHeight", rec.ButtonHeight);
+        readSingle(ctrl, member::ButtonWidth, rec.ButtonWidth);
+        readSingle(ctrl, member::ButtonHeight, rec.ButtonHeight);
     }
 
-    readFont(ctrl, "Font", rec.FontSize, [&](std::string n) { rec.FontName = std::move(n); });
-    readFont(ctrl, "DayFont", rec.DayFontSize, [&](std::string n) { rec.setDayFontName(std::move(n)); });
-    readFont(ctrl, "GridFont", rec.GridFontSize, [&](std::string n) { rec.setGridFontName(std::move(n)); });
-    readFont(ctrl, "TitleFont", rec.TitleFontSize, [&](std::string n) { rec.setTitleFontName(std::move(n)); });
-    readFont(ctrl, "HeadFont", rec.HeadFontSize, [&](std::string n) { rec.setHeadFontName(std::move(n)); });
-    readSingle(ctrl, "BorderWidth", rec.BorderWidth);
+    readFont(ctrl, member::Font, rec.FontSize, [&](std::string n) { rec.FontName = std::move(n); });
+    readFont(ctrl, member::DayFont, rec.DayFontSize, [&](std::string n) { rec.setDayFontName(std::move(n)); });
+    readFont(ctrl, member::GridFont, rec.GridFontSize, [&](std::string n) { rec.setGridFontName(std::move(n)); });
+    readFont(ctrl, member::TitleFont, rec.TitleFontSize, [&](std::string n) { rec.setTitleFontName(std::move(n)); });
+    readFont(ctrl, member::HeadFont, rec.HeadFontSize, [&](std::string n) { rec.setHeadFontName(std::move(n)); });
+    readSingle(ctrl, member::BorderWidth, rec.BorderWidth);
 }
 
 void saveControlFlags(LayoutStore &store, HostObject *ctrl)

@@ -1,4 +1,5 @@
 #include "qt/QtControl.h"
+#include "layout/MemberNames.h"
 
 #include "qt/QtLayoutSpacing.h"
 #include "qt/QtViewInterior.h"
@@ -573,9 +574,9 @@ GetResult QtControl::get(std::string_view name)
     if (!m_widget)
         return hostError(HostErrc::Failed, "The control is gone");
     const bool line = m_kind == Kind::Line;
-    if (name == "Name")
+    if (name == member::Name)
         return Value(renamed() && !m_nameOverridden ? this->name().toStdString() : m_name);
-    if (name == "Index") {
+    if (name == member::Index) {
         if (surelyLacks(name))
             return noSuchMember(name);
         const QVariant v = propertyIfAny(m_widget, "Index");
@@ -586,23 +587,23 @@ GetResult QtControl::get(std::string_view name)
         return Value(index);
     }
     if (!line) {
-        if (name == "Left")
+        if (name == member::Left)
             return getEdge(Edge::Left);
-        if (name == "Top")
+        if (name == member::Top)
             return getEdge(Edge::Top);
-        if (name == "Width")
+        if (name == member::Width)
             return getEdge(Edge::Width);
-        if (name == "Height")
+        if (name == member::Height)
             return getEdge(Edge::Height);
-    } else if (name == "X1" || name == "X2" || name == "Y1" || name == "Y2") {
+    } else if (name == member::X1 || name == member::X2 || name == member::Y1 || name == member::Y2) {
         return lineEnd(name);
     }
-    if (name == "ScaleWidth" || name == "ScaleHeight") { // the inner size, in twips
+    if (name == member::ScaleWidth || name == member::ScaleHeight) { // the inner size, in twips
         const QSize inner = m_widget->contentsRect().size();
-        return name == "ScaleWidth" ? Value(static_cast<float>(pixelsToUnits(inner.width(), ScaleTwips, Axis::X)))
+        return name == member::ScaleWidth ? Value(static_cast<float>(pixelsToUnits(inner.width(), ScaleTwips, Axis::X)))
                                     : Value(static_cast<float>(pixelsToUnits(inner.height(), ScaleTwips, Axis::Y)));
     }
-    if (name == "Container") {
+    if (name == member::Container) {
         QtForm *form = liveForm();
         if (!form)
             return hostError(HostErrc::Failed, "The form is gone");
@@ -636,17 +637,17 @@ GetResult QtControl::get(std::string_view name)
             return Value(std::move(f));
         return readBridged(name);
     }
-    if (name == "BorderWidth")
+    if (name == member::BorderWidth)
         return getBorderWidth();
-    if (m_kind == Kind::ImageList && name == "ListImages")
+    if (m_kind == Kind::ImageList && name == member::ListImages)
         return Value(HostObjectPtr(std::make_shared<QtImageList>(static_cast<VelmoraImageList *>(m_widget.data()))));
     if (name == "Visible")
         return Value(m_widget->isVisibleTo(m_widget->parentWidget()));
     if (name == "Enabled")
         return Value(m_widget->isEnabled());
-    if (name == "BackColor")
+    if (name == member::BackColor)
         return Value(colorToHost(m_widget->palette().color(m_widget->backgroundRole())));
-    if (name == "Picture" || name == "DownPicture" || name == "DisabledPicture") {
+    if (name == member::Picture || name == member::DownPicture || name == member::DisabledPicture) {
         if (m_kind == Kind::Label || m_kind == Kind::Button)
             return getPicture(m_widget, name);
     }
@@ -664,21 +665,21 @@ SetResult QtControl::set(std::string_view name, const Value &value)
     if (!m_widget)
         return hostError(HostErrc::Failed, "The control is gone");
     const bool line = m_kind == Kind::Line;
-    if (name == "Name" || name == "Container")
+    if (name == member::Name || name == member::Container)
         return hostError(HostErrc::ReadOnly, "Property is read-only at run time");
     if (!line) {
-        if (name == "Left")
+        if (name == member::Left)
             return setEdge(Edge::Left, value);
-        if (name == "Top")
+        if (name == member::Top)
             return setEdge(Edge::Top, value);
-        if (name == "Width")
+        if (name == member::Width)
             return setEdge(Edge::Width, value);
-        if (name == "Height")
+        if (name == member::Height)
             return setEdge(Edge::Height, value);
-    } else if (name == "X1" || name == "X2" || name == "Y1" || name == "Y2") {
+    } else if (name == member::X1 || name == member::X2 || name == member::Y1 || name == member::Y2) {
         return setLineEnd(name, value);
     }
-    if (name == "BorderWidth")
+    if (name == member::BorderWidth)
         return setBorderWidth(value);
     if (name == "Visible" || name == "Enabled") {
         const auto on = value.toBool();
@@ -691,9 +692,9 @@ SetResult QtControl::set(std::string_view name, const Value &value)
             m_widget->setEnabled(*on);
         return Done{};
     }
-    if (name == "Picture" && m_design && m_design->iconSize.isValid())
+    if (name == member::Picture && m_design && m_design->iconSize.isValid())
         scaleIconSize(); // the picture step of a widget whose items have icons
-    if (name == "Picture" || name == "DownPicture" || name == "DisabledPicture") {
+    if (name == member::Picture || name == member::DownPicture || name == member::DisabledPicture) {
         // Within a pass a button's icon stays whole, every size and mode of
         // it: its icon size is what scales.
         if (m_kind == Kind::Button && m_design && m_design->iconSize.isValid() && liveForm() && liveForm()->inPass())
@@ -716,14 +717,14 @@ SetResult QtControl::set(std::string_view name, const Value &value)
 
 GetResult QtControl::getAt(std::string_view name, int index)
 {
-    if (m_kind == Kind::TabWidget && name == "TabPicture")
+    if (m_kind == Kind::TabWidget && name == member::TabPicture)
         return getTabPicture(static_cast<QTabWidget *>(m_widget.data()), index);
     return noSuchMember(name);
 }
 
 SetResult QtControl::setAt(std::string_view name, int index, const Value &value)
 {
-    if (m_kind == Kind::TabWidget && name == "TabPicture") {
+    if (m_kind == Kind::TabWidget && name == member::TabPicture) {
         willWrite();
         return setTabPicture(static_cast<QTabWidget *>(m_widget.data()), index, value);
     }
@@ -734,13 +735,13 @@ GetResult QtControl::call(std::string_view method, const std::vector<Value> &arg
 {
     if (!m_widget)
         return hostError(HostErrc::Failed, "The control is gone");
-    if (method == "Move") {
+    if (method == member::Move) {
         auto r = move(args);
         if (!r)
             return r.error();
         return Value();
     }
-    if (method == "Refresh") {
+    if (method == member::Refresh) {
         if (m_kind == Kind::TabWidget)
             applyTabMaxWidth(static_cast<QTabWidget *>(m_widget.data()));
         if (m_view) {

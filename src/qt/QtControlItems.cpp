@@ -1,6 +1,7 @@
 // The members of controls whose items show images: the image lists they are
 // bound to, their item collections, and a toolbar's button size.
 #include "qt/QtControl.h"
+#include "layout/MemberNames.h"
 
 #include "qt/QtForm.h"
 #include "qt/QtItemCollection.h"
@@ -25,7 +26,7 @@ namespace {
 // The list property `name` stands for on this widget, or nullptr.
 const char *listProperty(const QWidget *w, std::string_view name, ImageListBinding::Slot &slot)
 {
-    slot = name == "SmallIcons" ? ImageListBinding::SmallImages : ImageListBinding::Images;
+    slot = name == member::SmallIcons ? ImageListBinding::SmallImages : ImageListBinding::Images;
     const char *property = ImageListBinding::propertyName(w, slot);
     if (!property || name != property)
         return nullptr;
@@ -76,10 +77,10 @@ std::optional<GetResult> QtControl::getItemMember(std::string_view name)
         return GetResult(Value(form->adapterFor(list)));
     }
     if (auto *bar = qobject_cast<QToolBar *>(m_widget.data())) {
-        if (name == "Buttons")
+        if (name == member::Buttons)
             return GetResult(Value(QtItemCollection::buttons(bar)));
-        if (name == "ButtonWidth" || name == "ButtonHeight") {
-            const bool width = name == "ButtonWidth";
+        if (name == member::ButtonWidth || name == member::ButtonHeight) {
+            const bool width = name == member::ButtonWidth;
             int px = 0;
             for (QToolButton *b : toolButtons(bar)) {
                 // Until the toolbar has laid its buttons out they have no size of their own.
@@ -90,13 +91,13 @@ std::optional<GetResult> QtControl::getItemMember(std::string_view name)
             return GetResult(Value(static_cast<float>(pixelsToUnits(px, ScaleTwips, width ? Axis::X : Axis::Y))));
         }
     }
-    if (name == "Nodes")
+    if (name == member::Nodes)
         if (auto *tree = qobject_cast<QTreeWidget *>(m_widget.data()))
             return GetResult(Value(QtItemCollection::nodes(tree)));
-    if (name == "ListItems")
+    if (name == member::ListItems)
         if (auto *list = qobject_cast<QListWidget *>(m_widget.data()))
             return GetResult(Value(QtItemCollection::listItems(list)));
-    if (name == "Tabs")
+    if (name == member::Tabs)
         if (auto *tabs = qobject_cast<QTabBar *>(m_widget.data()))
             return GetResult(Value(QtItemCollection::tabs(tabs)));
     return std::nullopt;
@@ -132,11 +133,11 @@ std::optional<SetResult> QtControl::setItemMember(std::string_view name, const V
         binding->resume();
         return SetResult(Done{});
     }
-    if (name == "ButtonWidth" || name == "ButtonHeight") {
+    if (name == member::ButtonWidth || name == member::ButtonHeight) {
         auto *bar = qobject_cast<QToolBar *>(m_widget.data());
         if (!bar)
             return std::nullopt;
-        const bool width = name == "ButtonWidth";
+        const bool width = name == member::ButtonWidth;
         const auto twips = value.toDouble();
         bool ok = false;
         const int px = twips ? unitsToPixels(*twips, ScaleTwips, width ? Axis::X : Axis::Y, &ok) : 0;
@@ -162,10 +163,10 @@ std::optional<SetResult> QtControl::setItemMember(std::string_view name, const V
         }
         return SetResult(Done{});
     }
-    if ((name == "Buttons" && qobject_cast<QToolBar *>(m_widget.data()))
-        || (name == "Nodes" && qobject_cast<QTreeWidget *>(m_widget.data()))
-        || (name == "ListItems" && qobject_cast<QListWidget *>(m_widget.data()))
-        || (name == "Tabs" && qobject_cast<QTabBar *>(m_widget.data())))
+    if ((name == member::Buttons && qobject_cast<QToolBar *>(m_widget.data()))
+        || (name == member::Nodes && qobject_cast<QTreeWidget *>(m_widget.data()))
+        || (name == member::ListItems && qobject_cast<QListWidget *>(m_widget.data()))
+        || (name == member::Tabs && qobject_cast<QTabBar *>(m_widget.data())))
         return SetResult(hostError(HostErrc::ReadOnly, "Property is read-only"));
     return std::nullopt;
 }

@@ -1,4 +1,5 @@
 #include "qt/QtFont.h"
+#include "layout/MemberNames.h"
 
 #include "qt/QtRichText.h"
 #include "qt/QtStyleSheets.h"
@@ -152,9 +153,9 @@ GetResult QtFont::get(std::string_view name)
     const auto f = current();
     if (!f)
         return hostError(HostErrc::Failed, "The font's owner is gone");
-    if (name == "Size")
+    if (name == member::Size)
         return Value(static_cast<float>(pointSize(*f)));
-    if (name == "Name")
+    if (name == member::Name)
         return Value(f->family().toStdString());
     if (name == "Bold")
         return Value(f->bold());
@@ -172,7 +173,7 @@ GetResult QtFont::get(std::string_view name)
 SetResult QtFont::set(std::string_view name, const Value &value)
 {
     std::function<void(QFont &)> edit;
-    if (name == "Size") {
+    if (name == member::Size) {
         const auto size = value.toDouble();
         // QFont ignores sizes it cannot use; refuse them instead so the
         // caller knows the font kept its size.
@@ -187,7 +188,7 @@ SetResult QtFont::set(std::string_view name, const Value &value)
             else
                 f.setPointSizeF(points);
         };
-    } else if (name == "Name") {
+    } else if (name == member::Name) {
         const auto family = value.toText();
         if (!family || family->empty())
             return hostError(HostErrc::InvalidValue, "Invalid font name");

@@ -1,4 +1,5 @@
 #include "qt/QtForm.h"
+#include "layout/MemberNames.h"
 
 #include "qt/QtFont.h"
 #include "qt/QtPicture.h"
@@ -287,34 +288,34 @@ GetResult QtForm::get(std::string_view name)
     QWidget *win = window();
     const QRect frame = win->geometry().marginsAdded(decorationOf(win));
     const int mode = scaleMode();
-    if (name == "Name") {
+    if (name == member::Name) {
         auto *main = qobject_cast<QMainWindow *>(m_form->parentWidget());
         const bool central = main && main->centralWidget() == m_form;
         return Value((central ? main->objectName() : m_form->objectName()).toStdString());
     }
     if (m_mdiParent) {
-        if (name == "ScaleWidth" || name == "ScaleHeight" || name == "BackColor")
+        if (name == member::ScaleWidth || name == member::ScaleHeight || name == member::BackColor)
             return getMdiArea(name);
-        if (name == "ScaleMode" || name == "MDIChild")
+        if (name == member::ScaleMode || name == "MDIChild")
             return noSuchMember(name);
     }
-    if (name == "ScaleWidth")
+    if (name == member::ScaleWidth)
         return Value(static_cast<float>(pixelsToUnits(m_form->width(), mode, Axis::X)));
-    if (name == "ScaleHeight")
+    if (name == member::ScaleHeight)
         return Value(static_cast<float>(pixelsToUnits(m_form->height(), mode, Axis::Y)));
-    if (name == "ScaleMode")
+    if (name == member::ScaleMode)
         return Value(mode);
-    if (name == "Picture")
+    if (name == member::Picture)
         return Value(QtPicture::make(picture()));
-    if (name == "BackColor")
+    if (name == member::BackColor)
         return Value(colorToHost(m_form->palette().color(m_form->backgroundRole())));
-    if (name == "Left")
+    if (name == member::Left)
         return Value(static_cast<float>(pixelsToUnits(frame.x(), ScaleTwips, Axis::X)));
-    if (name == "Top")
+    if (name == member::Top)
         return Value(static_cast<float>(pixelsToUnits(frame.y(), ScaleTwips, Axis::Y)));
-    if (name == "Width")
+    if (name == member::Width)
         return Value(static_cast<float>(pixelsToUnits(frame.width(), ScaleTwips, Axis::X)));
-    if (name == "Height")
+    if (name == member::Height)
         return Value(static_cast<float>(pixelsToUnits(frame.height(), ScaleTwips, Axis::Y)));
     if (name == "WindowState") {
         const Qt::WindowStates s = win->windowState();
@@ -328,7 +329,7 @@ GetResult QtForm::get(std::string_view name)
         return Value(win->isEnabled());
     if (name == "MDIChild")
         return Value(qobject_cast<QMdiSubWindow *>(win) != nullptr);
-    if (name == "Font")
+    if (name == member::Font)
         return Value(QtFont::ofWidget(m_form));
     return noSuchMember(name);
 }
@@ -338,37 +339,37 @@ SetResult QtForm::set(std::string_view name, const Value &value)
     if (!m_form)
         return hostError(HostErrc::Failed, "The form is gone");
     QWidget *win = window();
-    if (m_mdiParent && name == "ScaleMode")
+    if (m_mdiParent && name == member::ScaleMode)
         return noSuchMember(name);
-    if (name == "ScaleMode") {
+    if (name == member::ScaleMode) {
         const auto mode = value.toLong();
         if (!mode || !isValidScaleMode(*mode))
             return hostError(HostErrc::InvalidValue, "Invalid property value");
         m_form->setProperty(ScaleModeProperty, static_cast<int>(*mode));
         return Done{};
     }
-    if (name == "Picture") {
+    if (name == member::Picture) {
         QPixmap pm;
         if (!QtPicture::fromValue(value, pm))
             return typeMismatch();
         setPicture(pm);
         return Done{};
     }
-    if (name == "Left" || name == "Top" || name == "Width" || name == "Height") {
+    if (name == member::Left || name == member::Top || name == member::Width || name == member::Height) {
         const auto twips = value.toDouble();
-        const bool horizontal = name == "Left" || name == "Width";
+        const bool horizontal = name == member::Left || name == member::Width;
         bool ok = false;
         const int px = twips ? unitsToPixels(*twips, ScaleTwips, horizontal ? Axis::X : Axis::Y, &ok) : 0;
-        if (!ok || ((name == "Width" || name == "Height") && px < 0))
+        if (!ok || ((name == member::Width || name == member::Height) && px < 0))
             return hostError(HostErrc::InvalidValue, "Invalid property value");
         // The frame counts.
         const QMargins deco = decorationOf(win);
         const QRect frame = win->geometry().marginsAdded(deco);
-        if (name == "Left")
+        if (name == member::Left)
             moveFrameTo(win, QPoint(px, frame.y()));
-        else if (name == "Top")
+        else if (name == member::Top)
             moveFrameTo(win, QPoint(frame.x(), px));
-        else if (name == "Width")
+        else if (name == member::Width)
             win->resize(qMax(0, px - deco.left() - deco.right()), win->height());
         else
             win->resize(win->width(), qMax(0, px - deco.top() - deco.bottom()));
@@ -406,12 +407,12 @@ GetResult QtForm::getMdiArea(std::string_view name) const
 {
     if (!m_mdiArea)
         return hostError(HostErrc::Failed, "The MDI area is gone");
-    if (name == "BackColor")
+    if (name == member::BackColor)
         return Value(colorToHost(m_mdiArea->background().color()));
     // The client area, scroll bars included: they come and go with the
     // child windows, the area's size does not.
     const QSize inner = m_mdiArea->contentsRect().size();
-    return name == "ScaleWidth" ? Value(static_cast<float>(pixelsToUnits(inner.width(), ScaleTwips, Axis::X)))
+    return name == member::ScaleWidth ? Value(static_cast<float>(pixelsToUnits(inner.width(), ScaleTwips, Axis::X)))
                                 : Value(static_cast<float>(pixelsToUnits(inner.height(), ScaleTwips, Axis::Y)));
 }
 
@@ -419,20 +420,20 @@ GetResult QtForm::call(std::string_view method, const std::vector<Value> &args)
 {
     if (!m_form)
         return hostError(HostErrc::Failed, "The form is gone");
-    if (m_mdiParent && (method == "ScaleX" || method == "ScaleY"))
+    if (m_mdiParent && (method == member::ScaleX || method == member::ScaleY))
         return noSuchMember(method); // no scale mode to convert from
-    if (method == "ScaleX" || method == "ScaleY") {
+    if (method == member::ScaleX || method == member::ScaleY) {
         if (args.size() != 3)
             return hostError(HostErrc::InvalidValue, "ScaleX and ScaleY take a value, a from-mode and a to-mode");
         const auto v = args[0].toDouble();
         const auto from = args[1].toLong();
         const auto to = args[2].toLong();
         double out = 0;
-        if (!v || !from || !to || !convertUnits(*v, *from, *to, method == "ScaleX" ? Axis::X : Axis::Y, out))
+        if (!v || !from || !to || !convertUnits(*v, *from, *to, method == member::ScaleX ? Axis::X : Axis::Y, out))
             return hostError(HostErrc::InvalidValue, "Invalid scale mode");
         return Value(static_cast<float>(out));
     }
-    if (method == "Refresh") {
+    if (method == member::Refresh) {
         m_form->update();
         return Value();
     }
@@ -440,17 +441,17 @@ GetResult QtForm::call(std::string_view method, const std::vector<Value> &args)
         setPicture(QPixmap());
         return Value();
     }
-    if (method == "Hide" || method == "Show") {
+    if (method == member::Hide || method == member::Show) {
         // An MDI parent is hidden and shown again only so that its client
         // area repaints: Qt repaints it in place, without taking the window
         // off the screen (the window manager would place it anew, and it
         // would flicker on every pass).
         if (m_mdiParent) {
-            if (method == "Show" && m_mdiArea)
+            if (method == member::Show && m_mdiArea)
                 m_mdiArea->viewport()->update();
             return Value();
         }
-        window()->setVisible(method == "Show");
+        window()->setVisible(method == member::Show);
         return Value();
     }
     return noSuchMember(method);

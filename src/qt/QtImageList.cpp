@@ -1,4 +1,5 @@
 #include "qt/QtImageList.h"
+#include "layout/MemberNames.h"
 
 #include "qt/QtPicture.h"
 #include "widgets/ImageListBinding.h"
@@ -34,13 +35,13 @@ public:
     {
         if (!valid())
             return m_list ? outOfRange() : gone();
-        if (name == "Picture")
+        if (name == member::Picture)
             return Value(QtPicture::make(m_list->icon(m_index)));
-        if (name == "Key")
+        if (name == member::Key)
             return Value(m_list->key(m_index).toStdString());
-        if (name == "Tag")
+        if (name == member::Tag)
             return Value(m_list->tag(m_index).toStdString());
-        if (name == "Index")
+        if (name == member::Index)
             return Value(m_index + 1);
         return noSuchMember(name);
     }
@@ -49,14 +50,14 @@ public:
     {
         if (!valid())
             return m_list ? outOfRange() : gone();
-        if (name == "Tag") {
+        if (name == member::Tag) {
             const auto text = value.toText();
             if (!text)
                 return hostError(HostErrc::InvalidValue, "Type mismatch");
             m_list->setTag(m_index, QString::fromStdString(*text));
             return Done{};
         }
-        if (name == "Picture" || name == "Key" || name == "Index")
+        if (name == member::Picture || name == member::Key || name == member::Index)
             return hostError(HostErrc::ReadOnly, "Property is read-only");
         return noSuchMember(name);
     }
@@ -74,14 +75,14 @@ GetResult QtImageList::get(std::string_view name)
 {
     if (!m_list)
         return gone();
-    if (name == "Count")
+    if (name == member::Count)
         return Value(m_list->count());
     return noSuchMember(name);
 }
 
 SetResult QtImageList::set(std::string_view name, const Value &)
 {
-    if (name == "Count")
+    if (name == member::Count)
         return hostError(HostErrc::ReadOnly, "Property is read-only");
     return noSuchMember(name);
 }
@@ -101,7 +102,7 @@ GetResult QtImageList::call(std::string_view method, const std::vector<Value> &a
 {
     if (!m_list)
         return gone();
-    if (method == "Clear") {
+    if (method == member::Clear) {
         // Controls still following the list would lose their images; the
         // pass takes every control of its form off first, so one following
         // now is one it does not know.

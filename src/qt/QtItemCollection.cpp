@@ -1,4 +1,5 @@
 #include "qt/QtItemCollection.h"
+#include "layout/MemberNames.h"
 
 #include "widgets/ImageListBinding.h"
 #include "widgets/VelmoraImageList.h"
@@ -87,11 +88,11 @@ private:
     // Image on anything; Icon and SmallIcon on a view row (a list item).
     int roleOf(std::string_view name) const
     {
-        if (name == "Image")
+        if (name == member::Image)
             return VelmoraImageList::ImageRole;
-        if (m_row.isValid() && name == "Icon")
+        if (m_row.isValid() && name == member::Icon)
             return VelmoraImageList::ImageRole;
-        if (m_row.isValid() && name == "SmallIcon")
+        if (m_row.isValid() && name == member::SmallIcon)
             return VelmoraImageList::SmallImageRole;
         return -1;
     }
@@ -174,7 +175,7 @@ GetResult QtItemCollection::get(std::string_view name)
 
 SetResult QtItemCollection::set(std::string_view name, const Value &)
 {
-    if (name == "Count")
+    if (name == member::Count)
         return hostError(HostErrc::ReadOnly, "Property is read-only");
     return noSuchMember(name);
 }

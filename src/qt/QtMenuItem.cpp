@@ -1,4 +1,5 @@
 #include "qt/QtMenuItem.h"
+#include "layout/MemberNames.h"
 
 #include <QAction>
 #include <QMenu>
@@ -23,7 +24,7 @@ GetResult QtMenuItem::get(std::string_view name)
     QAction *a = action();
     if (!a)
         return hostError(HostErrc::Failed, "The menu is gone");
-    if (name == "Name")
+    if (name == member::Name)
         return Value((m_menu ? m_menu->objectName() : a->objectName()).toStdString());
     if (name == "Caption")
         return Value(a->text().toStdString());

@@ -1,4 +1,5 @@
 #include "qt/QtPicture.h"
+#include "layout/MemberNames.h"
 
 #include "qt/QtUnits.h"
 
@@ -62,9 +63,9 @@ bool QtPicture::fromValue(const Value &value, QPixmap &out)
 GetResult QtPicture::get(std::string_view name)
 {
     const QSizeF size = m_pixmap.isNull() ? QSizeF(0, 0) : m_pixmap.deviceIndependentSize();
-    if (name == "Width")
+    if (name == member::Width)
         return Value(static_cast<float>(size.width() * twipsPerPixel(Axis::X)));
-    if (name == "Height")
+    if (name == member::Height)
         return Value(static_cast<float>(size.height() * twipsPerPixel(Axis::Y)));
     if (name == "Type")
         return Value(m_pixmap.isNull() ? 0 : 1);
@@ -73,7 +74,7 @@ GetResult QtPicture::get(std::string_view name)
 
 SetResult QtPicture::set(std::string_view name, const Value &)
 {
-    if (name == "Width" || name == "Height" || name == "Type")
+    if (name == member::Width || name == member::Height || name == "Type")
         return hostError(HostErrc::ReadOnly, "Property is read-only");
     return noSuchMember(name);
 }

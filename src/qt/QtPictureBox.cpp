@@ -1,4 +1,5 @@
 #include "qt/QtPictureBox.h"
+#include "layout/MemberNames.h"
 
 #include "qt/QtPicture.h"
 #include "qt/QtUnits.h"
@@ -32,15 +33,15 @@ void QtPictureBox::resizeCanvas(int w, int h)
 
 GetResult QtPictureBox::get(std::string_view name)
 {
-    if (name == "Picture")
+    if (name == member::Picture)
         return Value(QtPicture::make(m_picture));
-    if (name == "Image")
+    if (name == member::Image)
         return Value(QtPicture::make(m_canvas.isNull() ? QPixmap() : QPixmap::fromImage(m_canvas)));
-    if (name == "Width")
+    if (name == member::Width)
         return Value(static_cast<float>(m_size.width() * twipsPerPixel(Axis::X)));
-    if (name == "Height")
+    if (name == member::Height)
         return Value(static_cast<float>(m_size.height() * twipsPerPixel(Axis::Y)));
-    if (name == "BackColor")
+    if (name == member::BackColor)
         return Value(colorToHost(m_backColor.value_or(QColor(Qt::white))));
     return noSuchMember(name);
 }
@@ -63,7 +64,7 @@ SetResult QtPictureBox::setExtent(const Value &value, bool width)
 
 SetResult QtPictureBox::set(std::string_view name, const Value &value)
 {
-    if (name == "Picture") {
+    if (name == member::Picture) {
         QPixmap pm;
         if (!QtPicture::fromValue(value, pm))
             return hostError(HostErrc::InvalidValue, "Type mismatch");
@@ -78,12 +79,12 @@ SetResult QtPictureBox::set(std::string_view name, const Value &value)
         }
         return Done{};
     }
-    if (name == "Width" || name == "Height") {
+    if (name == member::Width || name == member::Height) {
         if (m_autoSize)
             return hostError(HostErrc::ReadOnly, "The box sizes itself to its picture");
-        return setExtent(value, name == "Width");
+        return setExtent(value, name == member::Width);
     }
-    if (name == "BackColor") {
+    if (name == member::BackColor) {
         if (value.isEmpty()) { // no colour: a transparent canvas again
             m_backColor.reset();
             if (!m_canvas.isNull())
@@ -98,7 +99,7 @@ SetResult QtPictureBox::set(std::string_view name, const Value &value)
             m_canvas.fill(*m_backColor);
         return Done{};
     }
-    if (name == "Image")
+    if (name == member::Image)
         return hostError(HostErrc::ReadOnly, "Property is read-only");
     return noSuchMember(name);
 }

@@ -1,4 +1,5 @@
 #include "qt/QtWidgetFeatures.h"
+#include "layout/MemberNames.h"
 
 #include "qt/QtFont.h"
 #include "qt/QtPicture.h"
@@ -119,17 +120,17 @@ SetResult setPicture(QWidget *w, std::string_view which, const Value &value)
 
 GetResult getTabMember(QTabWidget *tabs, std::string_view name)
 {
-    if (name == "Tabs")
+    if (name == member::Tabs)
         return Value(tabs->count());
-    if (name == "TabOrientation")
+    if (name == member::TabOrientation)
         return Value(static_cast<int>(tabs->tabPosition()));
-    if (name == "TabsPerRow") {
+    if (name == member::TabsPerRow) {
         const int perRow = tabs->property(TabsPerRowProperty).toInt();
         return Value(perRow > 0 ? perRow : tabs->count());
     }
-    if (name == "TabMaxWidth")
+    if (name == member::TabMaxWidth)
         return Value(tabs->property(TabMaxWidthProperty).toFloat());
-    if (name == "TabHeight") {
+    if (name == member::TabHeight) {
         const QTabBar *bar = tabs->tabBar();
         const QSize size = bar->isVisible() ? bar->size() : bar->sizeHint();
         const bool vertical = tabs->tabPosition() == QTabWidget::West || tabs->tabPosition() == QTabWidget::East;
@@ -141,25 +142,25 @@ GetResult getTabMember(QTabWidget *tabs, std::string_view name)
 
 SetResult setTabMember(QTabWidget *tabs, std::string_view name, const Value &value)
 {
-    if (name == "Tabs")
+    if (name == member::Tabs)
         return hostError(HostErrc::ReadOnly, "Tabs are added through the tab widget");
-    if (name == "TabHeight") // the bar takes its height from its font and icon size
+    if (name == member::TabHeight) // the bar takes its height from its font and icon size
         return hostError(HostErrc::ReadOnly, "Qt sizes the tab bar itself");
-    if (name == "TabOrientation") {
+    if (name == member::TabOrientation) {
         const auto v = value.toLong();
         if (!v || *v < 0 || *v > 3)
             return hostError(HostErrc::InvalidValue, "Invalid property value");
         tabs->setTabPosition(static_cast<QTabWidget::TabPosition>(*v));
         return Done{};
     }
-    if (name == "TabsPerRow") {
+    if (name == member::TabsPerRow) {
         const auto v = value.toLong();
         if (!v || *v < 1)
             return hostError(HostErrc::InvalidValue, "Invalid property value");
         tabs->setProperty(TabsPerRowProperty, static_cast<int>(*v));
         return Done{};
     }
-    if (name == "TabMaxWidth") {
+    if (name == member::TabMaxWidth) {
         const auto v = value.toSingle();
         if (!v || *v < 0)
             return hostError(HostErrc::InvalidValue, "Invalid property value");
