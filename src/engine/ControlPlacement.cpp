@@ -17,6 +17,14 @@ constexpr float OffPageOffset = 75000.0f;
 
 const char *const FontNames[] = {member::Font, member::DayFont, member::GridFont, member::TitleFont, member::HeadFont};
 
+// The size of one of the control's fonts, typed where the host offers it.
+void setFontSize(HostObject &ctrl, int slot, const Value &size)
+{
+    const auto points = size.toDouble();
+    if (!points || !ctrl.setFontSize(slot, *points))
+        setSub(ctrl, FontNames[slot], member::Size, size);
+}
+
 // Single-precision division that fails, as the host's does, on a zero divisor.
 std::optional<float> divide(float a, float b)
 {
@@ -76,10 +84,18 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
     // From here on every statement stands alone: what fails is skipped.
     Geometry g, d;
     bool offPage = false;
-    const auto left = getSingle(ctrl, member::Left);
-    const auto top = getSingle(ctrl, member::Top);
-    const auto width = getSingle(ctrl, member::Width);
-    const auto height = getSingle(ctrl, member::Height);
+    std::optional<float> left, top, width, height;
+    if (const auto e = ctrl.edges()) {
+        left = e->left;
+        top = e->top;
+        width = e->width;
+        height = e->height;
+    } else {
+        left = getSingle(ctrl, member::Left);
+        top = getSingle(ctrl, member::Top);
+        width = getSingle(ctrl, member::Width);
+        height = getSingle(ctrl, member::Height);
+    }
 
     if (rec.SpecialControlType == SctLine) {
         const auto x1 = getSingle(ctrl, member::X1), x2 = getSingle(ctrl, member::X2);
@@ -110,8 +126,8 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
 
     // Shrink the fonts first so that a control whose height follows its font
     // can take any height in the move; the real sizes are set at the end.
-    for (const char *font : FontNames)
-        setSub(ctrl, font, member::Size, 0.01);
+    for (int slot = 0; slot < 5; ++slot)
+        setFontSize(ctrl, slot, Value(0.01));
 
     // A control the application moved or sized since the last pass keeps its
     // new place as its design place, divided back to design scale.
@@ -220,7 +236,7 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
     const float sizes[] = {rec.FontSize, rec.DayFontSize, rec.GridFontSize, rec.TitleFontSize,
                            rec.HeadFontSize};
     for (int i = 0; i < 5; ++i)
-        setSub(ctrl, FontNames[i], member::Size, scaleFonts ? sizes[i] * FontFactor : sizes[i]);
+        setFontSize(ctrl, i, Value(scaleFonts ? sizes[i] * FontFactor : sizes[i]));
 }
 
 } // namespace velmora

@@ -10,6 +10,7 @@
 #include "layout/Value.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,6 +41,22 @@ public:
     // Which object this is, for telling a new object from one that went away
     // under the same name; 0 when the host cannot tell.
     virtual std::uint64_t identity() const { return 0; }
+
+    // Typed fast paths for what a pass asks of every control, for a host
+    // that can answer without a look-up by name. Each gives exactly what the
+    // members by name would; nullopt (the default) sends the engine to them.
+    struct Edges {
+        float left, top, width, height; // Left, Top, Width, Height
+    };
+    virtual std::optional<Edges> edges() { return std::nullopt; }
+    // Size of font `slot` (0 Font, 1 DayFont, 2 GridFont, 3 TitleFont,
+    // 4 HeadFont): the result of writing it.
+    virtual std::optional<SetResult> setFontSize(int slot, double size)
+    {
+        (void)slot;
+        (void)size;
+        return std::nullopt;
+    }
 
 protected:
     static HostError noSuchMember(std::string_view name);

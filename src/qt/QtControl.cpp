@@ -412,6 +412,31 @@ GetResult QtControl::getEdge(Edge edge) const
     return hostError(HostErrc::Failed);
 }
 
+std::optional<HostObject::Edges> QtControl::edges()
+{
+    // A line's edges are its end points', read by name.
+    if (!m_widget || m_kind == Kind::Line)
+        return std::nullopt;
+    const UnitScale &u = *state().units;
+    const QRect g = m_widget->geometry();
+    return Edges{static_cast<float>(u.toUnits(g.x(), Axis::X)), static_cast<float>(u.toUnits(g.y(), Axis::Y)),
+                 static_cast<float>(u.toUnits(widthOf(g), Axis::X)),
+                 static_cast<float>(u.toUnits(heightOf(g), Axis::Y))};
+}
+
+std::optional<SetResult> QtControl::setFontSize(int slot, double size)
+{
+    if (!m_widget || m_kind == Kind::Line || slot < 0 || slot >= int(std::size(FontSlots)))
+        return std::nullopt;
+    // What get() answers by name: most widgets lack the calendar's fonts.
+    if (slot > 0 && m_kind != Kind::Calendar && lacksOptional(slot))
+        return SetResult(noSuchMember(FontSlots[slot]));
+    const HostObjectPtr f = font(slot);
+    if (!f)
+        return std::nullopt;
+    return f->set(member::Size, Value(size));
+}
+
 SetResult QtControl::setEdge(Edge edge, const Value &value)
 {
     if (!m_widget)

@@ -48,6 +48,8 @@ public:
     SetResult setAt(std::string_view name, int index, const Value &value) override;
     GetResult call(std::string_view method, const std::vector<Value> &args) override;
     std::uint64_t identity() const override { return m_identity; }
+    std::optional<Edges> edges() override;
+    std::optional<SetResult> setFontSize(int slot, double size) override;
 
     // Whether the widget's parent decides its geometry.
     static bool geometryManaged(const QWidget *w);
