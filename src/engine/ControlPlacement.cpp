@@ -155,7 +155,8 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
     // the form (the sizes are in twips), twips inside a container (whose
     // extent is in its own container's units). In twips all factors are 1.
     float cw = 0, ch = 0, capW = rec.FormWidth, capH = rec.FormHeight;
-    if (containerIsKind(ctrl, HostKind::Form)) {
+    const auto container = getObject(ctrl, member::Container);
+    if (container && *container && (*container)->isKind(HostKind::Form)) {
         if (auto v = divide(CurScaleWidth, rec.FormWidth))
             rec.xScale = *v;
         if (auto v = divide(CurScaleHeight, rec.FormHeight))
@@ -164,9 +165,15 @@ void ResizeEngine::AdjustPosition(HostObject &ctrl, ControlClass &rec, const Con
         ch = CurScaleHeight / m_twipsPerUnitY;
         capW = rec.FormWidth / m_twipsPerUnitX;
         capH = rec.FormHeight / m_twipsPerUnitY;
-    } else if (auto c = getObject(ctrl, member::Container); c && *c) {
-        const auto cWidth = getSingle(**c, member::Width);
-        const auto cHeight = getSingle(**c, member::Height);
+    } else if (const auto &c = container; c && *c) {
+        std::optional<float> cWidth, cHeight;
+        if (const auto e = (*c)->edges()) {
+            cWidth = e->width;
+            cHeight = e->height;
+        } else {
+            cWidth = getSingle(**c, member::Width);
+            cHeight = getSingle(**c, member::Height);
+        }
         const bool onForm = containerIsKind(**c, HostKind::Form);
         const float fx = onForm ? m_twipsPerUnitX : 1.0f, fy = onForm ? m_twipsPerUnitY : 1.0f;
         capW = rec.FormWidth * fx;
