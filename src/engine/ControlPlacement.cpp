@@ -1,10 +1,10 @@
 // Placement of one control for the form's present size, honouring its edge
 // locks, and the scaling of its fonts.
 #include "engine/ResizeEngine.h"
-#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
 #include "layout/HostAccess.h"
+#include "layout/MemberNames.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 #include "engine/PictureScaler.h"
-#include "layout/MemberNames.h"
 
 #include "layout/HostAccess.h"
+#include "layout/MemberNames.h"
 
 #include <cmath>
 #include <limits>

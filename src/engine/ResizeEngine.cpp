@@ -1,7 +1,7 @@
 #include "engine/ResizeEngine.h"
-#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
+#include "layout/MemberNames.h"
 
 #include "layout/HostAccess.h"
 #include "layout/LayoutCapture.h"

@@ -1,10 +1,10 @@
 // The resize pass: capture on the first call, then three walks over the
 // form's controls for every new form size.
 #include "engine/ResizeEngine.h"
-#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
 #include "layout/HostAccess.h"
+#include "layout/MemberNames.h"
 
 #include <algorithm>
 #include <cmath>

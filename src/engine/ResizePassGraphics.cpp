@@ -1,10 +1,10 @@
 // The graphics side of the resize pass: image lists taken off and rebuilt at
 // the new size, toolbar buttons, and the form picture.
 #include "engine/ResizeEngine.h"
-#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
 #include "layout/HostAccess.h"
+#include "layout/MemberNames.h"
 
 #include <cmath>
 #include <stdexcept>

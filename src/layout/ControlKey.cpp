@@ -1,7 +1,7 @@
 #include "layout/ControlKey.h"
-#include "layout/MemberNames.h"
 
 #include "layout/HostAccess.h"
+#include "layout/MemberNames.h"
 
 namespace velmora {
 

@@ -1,4 +1,5 @@
 #include "layout/HostAccess.h"
+
 #include "layout/MemberNames.h"
 
 namespace velmora {

@@ -1,8 +1,8 @@
 #include "layout/LayoutCapture.h"
-#include "layout/MemberNames.h"
 
 #include "layout/ControlKey.h"
 #include "layout/HostAccess.h"
+#include "layout/MemberNames.h"
 
 namespace velmora {
 

@@ -1,6 +1,6 @@
 #include "qt/QtControl.h"
-#include "layout/MemberNames.h"
 
+#include "layout/MemberNames.h"
 #include "qt/QtLayoutSpacing.h"
 #include "qt/QtViewInterior.h"
 

@@ -1,8 +1,8 @@
 // The members of controls whose items show images: the image lists they are
 // bound to, their item collections, and a toolbar's button size.
 #include "qt/QtControl.h"
-#include "layout/MemberNames.h"
 
+#include "layout/MemberNames.h"
 #include "qt/QtForm.h"
 #include "qt/QtItemCollection.h"
 #include "qt/QtUnits.h"

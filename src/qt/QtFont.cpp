@@ -1,6 +1,6 @@
 #include "qt/QtFont.h"
-#include "layout/MemberNames.h"
 
+#include "layout/MemberNames.h"
 #include "qt/QtRichText.h"
 #include "qt/QtStyleSheets.h"
 #include "qt/QtUnits.h"

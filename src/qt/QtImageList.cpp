@@ -1,6 +1,6 @@
 #include "qt/QtImageList.h"
-#include "layout/MemberNames.h"
 
+#include "layout/MemberNames.h"
 #include "qt/QtPicture.h"
 #include "widgets/ImageListBinding.h"
 #include "widgets/VelmoraImageList.h"

@@ -1,6 +1,6 @@
 #include "qt/QtItemCollection.h"
-#include "layout/MemberNames.h"
 
+#include "layout/MemberNames.h"
 #include "widgets/ImageListBinding.h"
 #include "widgets/VelmoraImageList.h"
 

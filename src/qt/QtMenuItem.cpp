@@ -1,4 +1,5 @@
 #include "qt/QtMenuItem.h"
+
 #include "layout/MemberNames.h"
 
 #include <QAction>

@@ -1,6 +1,6 @@
 #include "qt/QtPicture.h"
-#include "layout/MemberNames.h"
 
+#include "layout/MemberNames.h"
 #include "qt/QtUnits.h"
 
 namespace velmora::qt {

@@ -1,6 +1,6 @@
 #include "qt/QtPictureBox.h"
-#include "layout/MemberNames.h"
 
+#include "layout/MemberNames.h"
 #include "qt/QtPicture.h"
 #include "qt/QtUnits.h"
 

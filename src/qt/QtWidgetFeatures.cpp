@@ -1,6 +1,6 @@
 #include "qt/QtWidgetFeatures.h"
-#include "layout/MemberNames.h"
 
+#include "layout/MemberNames.h"
 #include "qt/QtFont.h"
 #include "qt/QtPicture.h"
 #include "qt/QtUnits.h"
