@@ -79,6 +79,7 @@ private:
     bool lacksOptional(int member) const; // by its place in the optional members
     GetResult readBridged(std::string_view name) const;
     SetResult writeBridged(std::string_view name, const Value &value);
+    Edges edgesNow() const; // of a widget that exists
     GetResult getEdge(Edge edge) const;
     SetResult setEdge(Edge edge, const Value &value);
     SetResult move(const std::vector<Value> &args);

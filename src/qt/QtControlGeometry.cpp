@@ -163,21 +163,29 @@ QRect boundedRect(qint64 x, qint64 y, qint64 w, qint64 h)
 
 } // namespace
 
+HostObject::Edges QtControl::edgesNow() const
+{
+    const UnitScale &u = *state().units;
+    const QRect g = m_widget->geometry();
+    return Edges{static_cast<float>(u.toUnits(g.x(), Axis::X)), static_cast<float>(u.toUnits(g.y(), Axis::Y)),
+                 static_cast<float>(u.toUnits(widthOf(g), Axis::X)),
+                 static_cast<float>(u.toUnits(heightOf(g), Axis::Y))};
+}
+
 GetResult QtControl::getEdge(Edge edge) const
 {
     if (!m_widget)
         return hostError(HostErrc::Failed, "The control is gone");
-    const UnitScale &u = *state().units;
-    const QRect g = m_widget->geometry();
+    const Edges e = edgesNow();
     switch (edge) {
     case Edge::Left:
-        return Value(static_cast<float>(u.toUnits(g.x(), Axis::X)));
+        return Value(e.left);
     case Edge::Top:
-        return Value(static_cast<float>(u.toUnits(g.y(), Axis::Y)));
+        return Value(e.top);
     case Edge::Width:
-        return Value(static_cast<float>(u.toUnits(widthOf(g), Axis::X)));
+        return Value(e.width);
     case Edge::Height:
-        return Value(static_cast<float>(u.toUnits(heightOf(g), Axis::Y)));
+        return Value(e.height);
     }
     return hostError(HostErrc::Failed);
 }
@@ -187,11 +195,7 @@ std::optional<HostObject::Edges> QtControl::edges()
     // A line's edges are its end points', read by name.
     if (!m_widget || m_kind == Kind::Line)
         return std::nullopt;
-    const UnitScale &u = *state().units;
-    const QRect g = m_widget->geometry();
-    return Edges{static_cast<float>(u.toUnits(g.x(), Axis::X)), static_cast<float>(u.toUnits(g.y(), Axis::Y)),
-                 static_cast<float>(u.toUnits(widthOf(g), Axis::X)),
-                 static_cast<float>(u.toUnits(heightOf(g), Axis::Y))};
+    return edgesNow();
 }
 
 SetResult QtControl::setEdge(Edge edge, const Value &value)

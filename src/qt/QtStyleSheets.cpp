@@ -343,15 +343,15 @@ void StyleSheets::followFont(QWidget *widget, const QFont &font, double designPo
     // the sheet's own pseudo-state sizes keep working. One that keeps its
     // design size keeps it exactly.
     const bool scales = designPoints > 0 && !samePoints(wanted, designPoints);
-    const auto shows = [&](const QFont &now) {
-        return velmora::qt::shows(now, wanted)
+    const auto takes = [&](const QFont &now) {
+        return shows(now, wanted)
             || (scales && std::abs(QtFont::pointSize(now) - wanted) <= 0.03 * wanted);
     };
     // No pinned or scaled sheet in the process: nothing to look up.
     SheetState *s = states().isEmpty() ? nullptr : stateOf(widget, false);
     if (!s || !s->pin) {
         // The common case: the size took.
-        if (shows(widget->font()))
+        if (takes(widget->font()))
             return;
         if (!s)
             s = stateOf(widget, true);
@@ -360,7 +360,7 @@ void StyleSheets::followFont(QWidget *widget, const QFont &font, double designPo
         // What the sheets give without the pin.
         s->pin.reset();
         compose(widget, *s);
-        if (shows(widget->font()))
+        if (takes(widget->font()))
             return;
         s = stateOf(widget, true);
     }

@@ -118,6 +118,8 @@ void ViewInterior::followSections(Sections &s, double factor)
         }
     }
     s.factor = factor;
+    // A lower minimum before the default (which it would clamp), a higher
+    // one after it.
     const int minimum = times(s.minimumSize, factor);
     if (minimum < h->minimumSectionSize())
         h->setMinimumSectionSize(minimum);
